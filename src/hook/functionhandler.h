@@ -1,0 +1,92 @@
+#pragma once
+
+#include "hook/autprocess.h"
+#include "hook/hook.h"
+#include "objectmodel/inspector.h"
+
+#include <type_traits>
+#include <utility>
+
+/// Makes a remote function's handler out of an operation: who carries it out, how its arguments
+/// are converted and what its reply looks like all follow from the operation's own type.
+namespace Vorkel::FunctionHandling {
+
+// Who carries the operation out.
+
+template<typename Owner>
+Owner &owner(Hook &hook)
+{
+    if constexpr (std::is_same_v<Owner, Hook>)
+        return hook;
+    else if constexpr (std::is_same_v<Owner, AUTProcess>)
+        return *hook.autProcess();
+    else if constexpr (std::is_same_v<Owner, InspectorInterface>)
+        return *Inspector::self();
+}
+
+// What a result becomes. 64-bit numbers leave as Qt's own types: others have no number on the wire.
+
+template<typename Result>
+QVariant toReply(const Result &result)
+{
+    if constexpr (std::is_integral_v<Result> && sizeof(Result) == sizeof(qlonglong)) {
+        using Wide = std::conditional_t<std::is_signed_v<Result>, qlonglong, qulonglong>;
+        return QVariant(static_cast<Wide>(result));
+    } else {
+        return QVariant(result);
+    }
+}
+
+// What an argument becomes: Qt's plain conversion, so a bad value is 0 or empty.
+
+template<typename Argument>
+Argument fromArgument(const QVariant &value)
+{
+    return value.value<Argument>();
+}
+
+template<auto Operation, typename Owner, typename Result, typename... Arguments, std::size_t... Index>
+QVariant apply(Owner &object, const ArgumentList &arguments, std::index_sequence<Index...>)
+{
+    const auto invoke = [&]() -> Result {
+        return (object.*Operation)(fromArgument<std::remove_cvref_t<Arguments>>(arguments.value(Index))...);
+    };
+    if constexpr (std::is_void_v<Result>) {
+        invoke();
+        return QVariant();
+    } else {
+        return toReply(invoke());
+    }
+}
+
+/// `Operation` takes the values of the list, one by one.
+template<auto Operation, typename Owner, typename Result, typename... Arguments>
+QVariant convertAndApply(Hook &hook, const ArgumentList &arguments)
+{
+    if constexpr (std::is_same_v<std::tuple<Arguments...>, std::tuple<const ArgumentList &>>)
+        return toReply((owner<Owner>(hook).*Operation)(arguments));
+    else
+        return apply<Operation, Owner, Result, Arguments...>(owner<Owner>(hook), arguments,
+                                                             std::index_sequence_for<Arguments...>());
+}
+
+template<auto Operation>
+struct Deduced;
+
+template<typename Owner, typename Result, typename... Arguments, Result (Owner::*Operation)(Arguments...)>
+struct Deduced<Operation>
+{
+    static constexpr auto handler = convertAndApply<Operation, Owner, Result, Arguments...>;
+};
+
+template<typename Owner, typename Result, typename... Arguments, Result (Owner::*Operation)(Arguments...) const>
+struct Deduced<Operation>
+{
+    static constexpr auto handler = convertAndApply<Operation, Owner, Result, Arguments...>;
+};
+
+/// The handler of `Operation`, an operation of `Hook`, `AUTProcess` or `InspectorInterface`.
+template<auto Operation>
+constexpr auto call = Deduced<Operation>::handler;
+
+} // namespace Vorkel::FunctionHandling

@@ -1,0 +1,152 @@
+#include "serverlib/chunkedmessagesender.h"
+
+#include "serverlib/messagechannel.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace Vorkel {
+
+using Protocol::ChunkLength;
+using Protocol::HeaderLength;
+
+ChunkedMessageSender::ChunkedMessageSender(AsyncMessageChannel *channel, const Protocol::Header &header)
+    : m_channel(channel)
+    , m_header(header)
+    , m_input(ChunkLength, Qt::Uninitialized)
+{
+}
+
+ChunkedMessageSender::~ChunkedMessageSender()
+{
+    if (m_compressing)
+        deflateEnd(&m_zlib);
+}
+
+qint64 ChunkedMessageSender::readData(char *, qint64)
+{
+    return -1;
+}
+
+qint64 ChunkedMessageSender::writeData(const char *data, qint64 length)
+{
+    if (!isOpen()) {
+        fail(QStringLiteral("Stream is closed"));
+        return -1;
+    }
+    for (qint64 done = 0; done < length;) {
+        if (m_position == ChunkLength && !(m_compressing ? deflateInput() : startCompressing()))
+            return -1;
+        const auto count = std::min<qint64>(length - done, ChunkLength - m_position);
+        std::memcpy(m_input.data() + m_position, data + done, static_cast<size_t>(count));
+        m_position += static_cast<int>(count);
+        done += count;
+    }
+    return length;
+}
+
+bool ChunkedMessageSender::startCompressing()
+{
+    const int code = deflateInit(&m_zlib, Z_DEFAULT_COMPRESSION);
+    if (code != Z_OK) {
+        fail(zlibError(m_zlib, code, "initialization"));
+        return false;
+    }
+    m_compressing = true;
+    m_output = QByteArray(ChunkLength, Qt::Uninitialized);
+    resetOutput();
+    // Only the first fill holds room for a header.
+    m_zlib.next_in = reinterpret_cast<const Bytef *>(m_input.constData()) + HeaderLength;
+    m_zlib.avail_in = ChunkLength - HeaderLength;
+    return deflateInput();
+}
+
+/// Deflates the full input buffer and leaves it empty.
+bool ChunkedMessageSender::deflateInput()
+{
+    if (m_zlib.avail_in == 0) {
+        m_zlib.next_in = reinterpret_cast<const Bytef *>(m_input.constData());
+        m_zlib.avail_in = static_cast<uInt>(m_position);
+    }
+    m_position = 0;
+    while (m_zlib.avail_in > 0) {
+        const int code = deflate(&m_zlib, Z_NO_FLUSH);
+        if (code != Z_OK) {
+            fail(zlibError(m_zlib, code, "deflate"));
+            return false;
+        }
+        if (m_zlib.avail_out == 0 && !sendOutput(ChunkLength, Protocol::MoreChunks | Protocol::Compressed))
+            return false;
+    }
+    return true;
+}
+
+void ChunkedMessageSender::finishCompressing()
+{
+    m_zlib.next_in = reinterpret_cast<const Bytef *>(m_input.constData());
+    m_zlib.avail_in = static_cast<uInt>(m_position);
+    int code = Z_OK;
+    while ((code = deflate(&m_zlib, Z_FINISH)) == Z_OK) {
+        if (!sendOutput(ChunkLength, Protocol::MoreChunks | Protocol::Compressed))
+            return;
+    }
+    if (code != Z_STREAM_END) {
+        fail(zlibError(m_zlib, code, "compression end"));
+        return;
+    }
+    (void)sendOutput(ChunkLength - static_cast<qsizetype>(m_zlib.avail_out), Protocol::Compressed);
+}
+
+void ChunkedMessageSender::close()
+{
+    if (!isOpen())
+        return;
+    if (m_errorText.isEmpty()) {
+        if (m_compressing) {
+            finishCompressing();
+        } else {
+            m_input.truncate(m_position);
+            (void)enqueue(std::move(m_input), 0);
+        }
+    }
+    QIODevice::close();
+}
+
+void ChunkedMessageSender::resetOutput()
+{
+    m_zlib.next_out = reinterpret_cast<Bytef *>(m_output.data()) + HeaderLength;
+    m_zlib.avail_out = ChunkLength - HeaderLength;
+}
+
+bool ChunkedMessageSender::sendOutput(qsizetype length, FUInt32 flags)
+{
+    if (!enqueue(m_output.first(length), flags))
+        return false;
+    resetOutput();
+    return true;
+}
+
+bool ChunkedMessageSender::enqueue(QByteArray chunk, FUInt32 flags)
+{
+    Protocol::Header header = m_header;
+    header.flags |= flags;
+    Protocol::writeHeader(chunk.data(), header);
+    if (m_channel->enqueueMessage(std::move(chunk)))
+        return true;
+    fail(QStringLiteral("Failed enqueing message chunk"));
+    return false;
+}
+
+void ChunkedMessageSender::fail(const QString &text)
+{
+    if (m_errorText.isEmpty())
+        m_errorText = text;
+}
+
+QString zlibError(const z_stream &stream, int code, const char *what)
+{
+    return QStringLiteral("Zlib %1 error: %2")
+            .arg(QLatin1String(what), stream.msg ? QString::fromLatin1(stream.msg) : QString::number(code));
+}
+
+} // namespace Vorkel
