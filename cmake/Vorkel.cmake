@@ -25,6 +25,11 @@ if(VORKEL_SANITIZE)
     add_compile_options(-fsanitize=${VORKEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${VORKEL_SANITIZE})
 endif()
+if(VORKEL_FUZZ)
+    # The code under test tells the fuzzer its way and keeps its assertions.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+    add_compile_definitions(QT_FORCE_ASSERTS)
+endif()
 
 # vorkel_folder(<target> SOURCES <file>... LINKS <target>...)
 # One folder of src: a static library that sees only what it links.

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "exitcode.h"
+#include "options.h"
+
+namespace Vorkel::Runner {
+
+// The commands, each in a file of its own. What they find goes to the standard output; a failure is
+// returned for the caller to print.
+
+Failure infoCommand(const Options &options);
+Failure callCommand(const Options &options);
+Failure injectCommand(const Options &options);
+
+} // namespace Vorkel::Runner

@@ -1,0 +1,64 @@
+#include "interrupt.h"
+
+#include <QSocketNotifier>
+
+#include <cerrno>
+#include <csignal>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Vorkel::Runner {
+
+namespace {
+
+constexpr int Signals[] = { SIGINT, SIGTERM, SIGHUP };
+
+int wakeUpPipe[2] = { -1, -1 };
+
+void onSignal(int)
+{
+    const int kept = errno;
+    const char byte = 0;
+    [[maybe_unused]] const ssize_t written = ::write(wakeUpPipe[1], &byte, 1);
+    errno = kept;
+}
+
+void setHandlers(void (*handler)(int))
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : Signals)
+        ::sigaction(signal, &action, nullptr);
+}
+
+} // namespace
+
+Interrupt::Interrupt(QObject *parent)
+    : QObject(parent)
+{
+    if (::pipe2(wakeUpPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    auto *notifier = new QSocketNotifier(wakeUpPipe[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, &Interrupt::drain);
+    setHandlers(onSignal);
+}
+
+Interrupt::~Interrupt()
+{
+    setHandlers(SIG_DFL);
+    for (int &end : wakeUpPipe) {
+        ::close(end);
+        end = -1;
+    }
+}
+
+void Interrupt::drain()
+{
+    char dropped[64];
+    while (::read(wakeUpPipe[0], dropped, sizeof dropped) > 0) { }
+    emit requested();
+}
+
+} // namespace Vorkel::Runner

@@ -1,0 +1,90 @@
+#include "commands.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+using namespace Vorkel::Runner;
+
+namespace {
+
+struct Command
+{
+    CommandInfo info;
+    Failure (*run)(const Options &options);
+};
+
+constexpr char InfoDetails[] =
+        "Prints its name, process id, memory, times, arguments and output so far, and how long it\n"
+        "took to connect, to shake hands and to bring the hook up. Then ends it.\n";
+constexpr char CallDetails[] =
+        "A CALL is the name of a remote function, with its arguments as JSON in parentheses if it\n"
+        "takes any: getPID, 'autInfo(\"environmentVariable\", \"HOME\")'. Prints each reply on a line of\n"
+        "its own. 'send:' before the name sends a one-way message, which gets no reply.\n";
+constexpr char InjectDetails[] =
+        "For other runners: they set VORKEL_RUNNERID, VORKEL_SERVERADDRESS, VORKEL_PORT and\n"
+        "VORKEL_APPID, and the program connects to them. This command becomes the program.\n";
+
+// clang-format off
+constexpr Command Commands[] = {
+    { { "info",   "Starts a Qt 6 program with the hook inside and prints what the hook reports.", nullptr,   InfoDetails,   true  }, infoCommand   },
+    { { "call",   "Starts a Qt 6 program and calls remote functions of its hook.",                "CALL...", CallDetails,   true  }, callCommand   },
+    { { "inject", "Runs a Qt 6 program with the hook inside, for a runner of your own.",          nullptr,   InjectDetails, false }, injectCommand },
+};
+// clang-format on
+
+QString generalHelp()
+{
+    QString text = QStringLiteral("Makes Qt 6 programs testable from outside, without rebuilding them.\n\n"
+                                  "Usage: vorkel COMMAND [options] -- PROGRAM [ARGUMENT...]\n\nCommands:\n");
+    for (const Command &command : Commands) {
+        text += QStringLiteral("  %1 %2\n").arg(QLatin1String(command.info.name), -8)
+                        .arg(QLatin1String(command.info.summary));
+    }
+    text += QStringLiteral("\n'vorkel COMMAND --help' tells more about one of them.\n\nExit codes:\n");
+    return text + exitCodeHelp();
+}
+
+int print(const QString &text)
+{
+    std::fputs(qUtf8Printable(text), stdout);
+    return 0;
+}
+
+int fail(const Failure &failure)
+{
+    std::fprintf(stderr, "vorkel: %s\n", qUtf8Printable(failure.text));
+    return static_cast<int>(failure.code);
+}
+
+int run(const Command &command, const QStringList &arguments)
+{
+    const Options options = readOptions(command.info, arguments);
+    if (!options.help.isEmpty())
+        return print(options.help);
+    if (!options.error.isEmpty()) {
+        return fail({ ExitCode::BadUsage,
+                      QStringLiteral("%1. Try 'vorkel %2 --help'.")
+                              .arg(options.error, QLatin1String(command.info.name)) });
+    }
+    const Failure failure = command.run(options);
+    return failure.isFailure() ? fail(failure) : 0;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    const QString name = arguments.value(0);
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help"))
+        return print(generalHelp());
+    for (const Command &command : Commands) {
+        if (name == QLatin1String(command.info.name))
+            return run(command, arguments.mid(1));
+    }
+    return fail({ ExitCode::BadUsage,
+                  name.isEmpty() ? QStringLiteral("a command is missing. Try 'vorkel --help'.")
+                                 : QStringLiteral("there is no command '%1'. Try 'vorkel --help'.").arg(name) });
+}

@@ -1,0 +1,177 @@
+#include "session.h"
+
+#include "injection.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+namespace Vorkel::Runner {
+
+namespace {
+
+constexpr int TickMs = 200;
+constexpr int EndAfterConnectionMs = 500;
+
+} // namespace
+
+Session::Session(const SessionSettings &settings, QObject *parent)
+    : QObject(parent)
+    , m_settings(settings)
+{
+    connect(&m_interrupt, &Interrupt::requested, this, [this] { m_interrupted = true; });
+    connect(&m_server, &MessagingServer::newChannel, this, [this](AsyncMessageChannel *channel) {
+        if (m_milestones.connected == 0)
+            m_milestones.connected = m_sinceStart.nsecsElapsed();
+        m_registrar.addChannel(channel);
+    });
+    connect(&m_registrar, &IPCHandshaker::newChannel, this, &Session::takeIn);
+}
+
+Session::~Session()
+{
+    m_program.end();
+}
+
+Failure Session::listen()
+{
+    const VoidResult result = m_server.listen(m_settings.host, m_settings.port);
+    return result.isOk() ? Failure() : Failure { ExitCode::CannotListen, result.error() };
+}
+
+QProcessEnvironment Session::programEnvironment(const QString &library) const
+{
+    QProcessEnvironment environment = withHook(QProcessEnvironment::systemEnvironment(), library);
+    environment.insert(QStringLiteral("VORKEL_RUNNERID"), QString::number(Protocol::ServerAddress));
+    environment.insert(QStringLiteral("VORKEL_SERVERADDRESS"), m_settings.host);
+    environment.insert(QStringLiteral("VORKEL_PORT"), QString::number(m_server.port()));
+    environment.insert(QStringLiteral("VORKEL_APPID"), QString::number(Registrar::FirstApplication));
+    environment.insert(QStringLiteral("VORKEL_RECORD"), QStringLiteral("0"));
+    if (!m_settings.platform.isEmpty())
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), m_settings.platform);
+    return environment;
+}
+
+Failure Session::start(const QStringList &command)
+{
+    const QString library = preloadLibrary();
+    if (library.isEmpty()) {
+        return { ExitCode::NoProgram,
+                 QStringLiteral("libvorkelqtpreload.so is not where it belongs, in ../lib of this command") };
+    }
+    if (const Failure failure = listen(); failure.isFailure())
+        return failure;
+    m_sinceStart.start();
+    if (const Failure failure = m_program.start(command, programEnvironment(library)); failure.isFailure())
+        return failure;
+    const Failure failure = waitUntil(QStringLiteral("%1 to connect").arg(command.first()),
+                                      [this] { return m_application != nullptr; });
+    if (failure.isFailure())
+        return failure;
+    return waitUntil(QStringLiteral("%1 to run").arg(command.first()),
+                     [this] { return m_application->stage() == Application::Stage::Ready; });
+}
+
+void Session::takeIn(AsyncMessageChannel *channel, const ClientData &data)
+{
+    auto *application = new Application(channel, data, this);
+    if (m_application)
+        return;
+    m_application = application;
+    m_milestones.shookHands = m_sinceStart.nsecsElapsed();
+    connect(application, &Application::stageChanged, this, &Session::noteStage);
+}
+
+void Session::noteStage()
+{
+    const bool ready = m_application->stage() == Application::Stage::Ready;
+    (ready ? m_milestones.ready : m_milestones.initialised) = m_sinceStart.nsecsElapsed();
+}
+
+Failure Session::call(const QString &name, const ArgumentList &arguments, ArgumentList *reply)
+{
+    struct Listener : ResponseListener<ArgumentList>
+    {
+        void response(const FunctionCallResult<ArgumentList> &outcome) override { result = outcome; }
+        std::optional<FunctionCallResult<ArgumentList>> result;
+    };
+    Listener listener;
+    const int callId = m_application->call(name, arguments, &listener);
+    const Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
+                                      [&] { return listener.result.has_value(); });
+    if (failure.isFailure()) {
+        m_application->cancelCall(callId);
+        return failure;
+    }
+    if (!listener.result->isOk()) {
+        const Failure lost = whyNot();
+        return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, listener.result->error() };
+    }
+    *reply = listener.result->value();
+    return {};
+}
+
+Failure Session::send(const QString &name, const ArgumentList &arguments)
+{
+    return m_application->send(name, arguments) ? Failure() : whyNot();
+}
+
+/// Why what is waited for can no longer happen.
+Failure Session::whyNot()
+{
+    if (m_interrupted)
+        return { ExitCode::Interrupted, QStringLiteral("interrupted") };
+    if (!m_application)
+        return m_program.hasEnded() ? endedBeforeConnecting() : Failure();
+    if (m_application->isOpen())
+        return {};
+    // The connection goes a moment before the process does.
+    const QString how = m_program.awaitEnd(EndAfterConnectionMs) ? m_program.ending()
+                                                                 : QStringLiteral("closed the connection");
+    return { ExitCode::ConnectionLost,
+             withLastWords(QStringLiteral("'%1' %2").arg(m_application->name(), how)) };
+}
+
+Failure Session::endedBeforeConnecting() const
+{
+    if (m_program.isKnownToLackQt()) {
+        return { ExitCode::NoQtProgram,
+                 QStringLiteral("'%1' is no dynamically linked Qt 6 program: it does not load libQt6Core.so.6")
+                         .arg(m_program.name()) };
+    }
+    return { ExitCode::EndedEarly,
+             withLastWords(QStringLiteral("'%1' %2 before it connected").arg(m_program.name(), m_program.ending())) };
+}
+
+QString Session::withLastWords(const QString &text) const
+{
+    const QString words = m_program.lastWords();
+    return words.isEmpty() ? text : QStringLiteral("%1; its last words:\n%2").arg(text, words);
+}
+
+Failure Session::timedOut(const QString &what) const
+{
+    if (!m_application && m_program.isKnownToLackQt())
+        return endedBeforeConnecting();
+    return { ExitCode::NeverConnected,
+             QStringLiteral("waited %1 s in vain for %2").arg(m_settings.timeoutMs / 1000.0).arg(what) };
+}
+
+Failure Session::waitUntil(const QString &what, const std::function<bool()> &happened)
+{
+    QEventLoop loop;
+    QTimer ticks;
+    ticks.start(TickMs);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    connect(&ticks, &QTimer::timeout, this, [&] { emit waiting(what, static_cast<int>(elapsed.elapsed())); });
+    while (!happened()) {
+        if (const Failure failure = whyNot(); failure.isFailure())
+            return failure;
+        if (elapsed.elapsed() > m_settings.timeoutMs)
+            return timedOut(what);
+        loop.processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    return {};
+}
+
+} // namespace Vorkel::Runner

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "application.h"
+#include "exitcode.h"
+#include "interrupt.h"
+#include "program.h"
+#include "registrar.h"
+#include "tcpserver.h"
+
+#include <QElapsedTimer>
+
+#include <functional>
+#include <optional>
+
+namespace Vorkel::Runner {
+
+/// Where to listen and how long to wait.
+struct SessionSettings
+{
+    QString host = QStringLiteral("127.0.0.1");
+    quint16 port = 0; ///< 0: the system picks one
+    int timeoutMs = 30000; ///< for the program to connect and run, and for each reply
+    QString platform; ///< Qt's platform plug-in for the program; empty leaves it to the program
+};
+
+/// When the program reached each stage, in nanoseconds since it was started.
+struct Milestones
+{
+    qint64 connected = 0;
+    qint64 shookHands = 0;
+    qint64 initialised = 0;
+    qint64 ready = 0;
+};
+
+/// A program under test: starts it, waits for it and talks to it, one thing after the other.
+/// Whatever was started has ended when the session is destroyed.
+class Session : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Session(const SessionSettings &settings, QObject *parent = nullptr);
+    ~Session() override;
+
+    /// Starts `command` and waits until its event loop runs, for at most the time limit.
+    Failure start(const QStringList &command);
+    /// Calls a remote function of the program and waits for the reply, for at most the time limit.
+    /// A refused call has the code `ExitCode::CallFailed`.
+    Failure call(const QString &name, const ArgumentList &arguments, ArgumentList *reply);
+    /// Sends a one-way message.
+    Failure send(const QString &name, const ArgumentList &arguments);
+
+    [[nodiscard]] const Milestones &milestones() const { return m_milestones; }
+    /// The name under which the program announced itself.
+    [[nodiscard]] QString programName() const { return m_application ? m_application->name() : QString(); }
+
+signals:
+    /// While something is waited for: what for, and for how long already.
+    void waiting(const QString &what, int elapsedMs);
+
+private:
+    Failure listen();
+    [[nodiscard]] QProcessEnvironment programEnvironment(const QString &library) const;
+    Failure waitUntil(const QString &what, const std::function<bool()> &happened);
+    Failure whyNot();
+    Failure endedBeforeConnecting() const;
+    [[nodiscard]] QString withLastWords(const QString &text) const;
+    Failure timedOut(const QString &what) const;
+    void takeIn(AsyncMessageChannel *channel, const ClientData &data);
+    void noteStage();
+
+    SessionSettings m_settings;
+    Interrupt m_interrupt;
+    TcpServer m_server;
+    Registrar m_registrar;
+    Program m_program;
+    Application *m_application = nullptr; // the first one; others are its children
+    QElapsedTimer m_sinceStart;
+    Milestones m_milestones;
+    bool m_interrupted = false;
+};
+
+} // namespace Vorkel::Runner
