@@ -25,8 +25,8 @@ bool FHostAddress::getHostByName(const QString &name, FHostAddress *address)
     addrinfo *found = nullptr;
     const int code = getaddrinfo(localName.constData(), nullptr, &hints, &found);
     if (code != 0) {
-        qWarning("FHostAddress::getHostByName: could not resolve '%s': %s (%d)",
-                 localName.constData(), gai_strerror(code), code);
+        qWarning("FHostAddress::getHostByName: could not resolve '%s': %s (%d)", localName.constData(),
+                 gai_strerror(code), code);
         return false;
     }
     const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owner(found, freeaddrinfo);

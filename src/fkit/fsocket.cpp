@@ -22,7 +22,7 @@ namespace {
 constexpr int MinWritePiece = 4096;
 constexpr int MaxWritePiece = 0x200000;
 
-template<typename Call>
+template <typename Call>
 auto retried(Call call)
 {
     decltype(call()) result;
@@ -202,8 +202,7 @@ bool FSocket::connectToHost(const FHostAddress &address, quint16 port, bool bloc
     }
     const sockaddr_in remote = systemAddress(address, port);
     const auto *remoteAddress = reinterpret_cast<const sockaddr *>(&remote);
-    const int result =
-            retried([&] { return ::connect(m_descriptor, remoteAddress, sizeof remote); });
+    const int result = retried([&] { return ::connect(m_descriptor, remoteAddress, sizeof remote); });
     int systemError = result == 0 ? 0 : errno;
     if (!wasBlocking && !block)
         return result == 0 || systemError == EINPROGRESS;

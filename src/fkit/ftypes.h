@@ -7,7 +7,7 @@
 using FInt32 = std::int32_t;
 using FUInt32 = std::uint32_t;
 
-template<typename T>
+template <typename T>
 using FList = QList<T>;
-template<typename T>
+template <typename T>
 using FVector = QList<T>;

@@ -13,7 +13,7 @@ namespace Vorkel::FunctionHandling {
 
 // Who carries the operation out.
 
-template<typename Owner>
+template <typename Owner>
 Owner &owner(Hook &hook)
 {
     if constexpr (std::is_same_v<Owner, Hook>)
@@ -26,7 +26,7 @@ Owner &owner(Hook &hook)
 
 // What a result becomes. 64-bit numbers leave as Qt's own types: others have no number on the wire.
 
-template<typename Result>
+template <typename Result>
 QVariant toReply(const Result &result)
 {
     if constexpr (std::is_integral_v<Result> && sizeof(Result) == sizeof(qlonglong)) {
@@ -39,13 +39,13 @@ QVariant toReply(const Result &result)
 
 // What an argument becomes: Qt's plain conversion, so a bad value is 0 or empty.
 
-template<typename Argument>
+template <typename Argument>
 Argument fromArgument(const QVariant &value)
 {
     return value.value<Argument>();
 }
 
-template<auto Operation, typename Owner, typename Result, typename... Arguments, std::size_t... Index>
+template <auto Operation, typename Owner, typename Result, typename... Arguments, std::size_t... Index>
 QVariant apply(Owner &object, const ArgumentList &arguments, std::index_sequence<Index...>)
 {
     const auto invoke = [&]() -> Result {
@@ -60,7 +60,7 @@ QVariant apply(Owner &object, const ArgumentList &arguments, std::index_sequence
 }
 
 /// `Operation` takes the values of the list, one by one.
-template<auto Operation, typename Owner, typename Result, typename... Arguments>
+template <auto Operation, typename Owner, typename Result, typename... Arguments>
 QVariant convertAndApply(Hook &hook, const ArgumentList &arguments)
 {
     if constexpr (std::is_same_v<std::tuple<Arguments...>, std::tuple<const ArgumentList &>>)
@@ -70,23 +70,24 @@ QVariant convertAndApply(Hook &hook, const ArgumentList &arguments)
                                                              std::index_sequence_for<Arguments...>());
 }
 
-template<auto Operation>
+template <auto Operation>
 struct Deduced;
 
-template<typename Owner, typename Result, typename... Arguments, Result (Owner::*Operation)(Arguments...)>
+template <typename Owner, typename Result, typename... Arguments, Result (Owner::*Operation)(Arguments...)>
 struct Deduced<Operation>
 {
     static constexpr auto handler = convertAndApply<Operation, Owner, Result, Arguments...>;
 };
 
-template<typename Owner, typename Result, typename... Arguments, Result (Owner::*Operation)(Arguments...) const>
+template <typename Owner, typename Result, typename... Arguments,
+          Result (Owner::*Operation)(Arguments...) const>
 struct Deduced<Operation>
 {
     static constexpr auto handler = convertAndApply<Operation, Owner, Result, Arguments...>;
 };
 
 /// The handler of `Operation`, an operation of `Hook`, `AUTProcess` or `InspectorInterface`.
-template<auto Operation>
+template <auto Operation>
 constexpr auto call = Deduced<Operation>::handler;
 
 } // namespace Vorkel::FunctionHandling

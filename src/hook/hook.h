@@ -83,7 +83,7 @@ public:
     QVariant handleCall(FUInt32 caller, const QString &name, const ArgumentList &arguments) override;
     void handleCall(FUInt32 caller, const QString &name, const ArgumentList &arguments,
                     ResponseListener<ArgumentList> *listener) override;
-    void ping() { }
+    void ping() {}
     void setRunnerId(int id);
     void setTestSuiteVersion(int version) { m_testSuiteVersion = version; }
     [[nodiscard]] int testSuiteVersion() const { return m_testSuiteVersion; }

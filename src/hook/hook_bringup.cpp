@@ -23,7 +23,8 @@ int runnerIdFromEnvironment()
 {
     const int id = Environment::number("VORKEL_RUNNERID").value_or(0);
     if (id <= 0) {
-        logLine(QStringLiteral("VORKEL_RUNNERID was not set, set to an empty string or is not a positive number"));
+        logLine(QStringLiteral(
+                "VORKEL_RUNNERID was not set, set to an empty string or is not a positive number"));
         return 0;
     }
     return id;
@@ -127,7 +128,8 @@ void Hook::hookUp()
 bool Hook::announceApplication()
 {
     const auto broadcast = static_cast<int>(AsyncIPC::BroadcastAddress);
-    if (send(broadcast, QStringLiteral("log"), { m_runnerId, QStringLiteral("\tApplication connected...") }) == -1)
+    if (send(broadcast, QStringLiteral("log"), { m_runnerId, QStringLiteral("\tApplication connected...") })
+        == -1)
         return false;
     send(broadcast, QStringLiteral("subprocessHooked"), { appId() });
     if (!d->wrappers.isEmpty())

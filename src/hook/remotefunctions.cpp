@@ -13,6 +13,7 @@ namespace {
 // Known by name and arguments, not served yet.
 constexpr FunctionHandler Later = nullptr;
 
+// clang-format off
 consteval ArgumentCount anyCount() { return {}; }
 consteval ArgumentCount exactly(int count) { return { count, count }; }
 consteval ArgumentCount atLeast(int count) { return { count, ArgumentCount::NoLimit }; }
@@ -20,6 +21,7 @@ consteval ArgumentCount between(int least, int most) { return { least, most }; }
 
 consteval WrongCount logs(const char *text) { return { WrongCount::IsLogged, text }; }
 consteval WrongCount replies(const char *text) { return { WrongCount::IsReply, text }; }
+// clang-format on
 
 using enum FunctionKind;
 using FunctionHandling::call;
@@ -180,7 +182,9 @@ consteval bool idsGoUpWithOneGap()
 consteval bool namesAreUnique()
 {
     for (const RemoteFunction &function : Functions) {
-        const auto same = [&](const RemoteFunction &other) { return std::string_view(other.name) == function.name; };
+        const auto same = [&](const RemoteFunction &other) {
+            return std::string_view(other.name) == function.name;
+        };
         if (std::ranges::count_if(Functions, same) != 1)
             return false;
     }

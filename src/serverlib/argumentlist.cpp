@@ -12,13 +12,7 @@ namespace Vorkel {
 namespace {
 
 /// How a value is told apart on the wire: by the numbers that stream version 6 knows.
-enum WireType : quint32 {
-    WireInvalid = 0,
-    WireMap = 1,
-    WireList = 2,
-    WireString = 3,
-    WireStringList = 4
-};
+enum WireType : quint32 { WireInvalid = 0, WireMap = 1, WireList = 2, WireString = 3, WireStringList = 4 };
 
 struct PlainType
 {
@@ -58,7 +52,7 @@ public:
 
     QVariant value(int depth);
 
-    template<typename List, typename ReadItem>
+    template <typename List, typename ReadItem>
     List list(ReadItem readItem);
 
 private:
@@ -84,7 +78,7 @@ bool Reader::countOne()
     return m_stream.status() == QDataStream::Ok;
 }
 
-template<typename List, typename ReadItem>
+template <typename List, typename ReadItem>
 List Reader::list(ReadItem readItem)
 {
     quint32 count = 0;

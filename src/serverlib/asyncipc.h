@@ -111,8 +111,8 @@ private:
 
     [[nodiscard]] QString sendMessage(const Protocol::Header &header,
                                       const std::function<void(QDataStream &)> &writeBody);
-    [[nodiscard]] Protocol::Header headerFor(FUInt32 destination, FInt32 transId,
-                                             Protocol::MessageType type, FUInt32 flags) const;
+    [[nodiscard]] Protocol::Header headerFor(FUInt32 destination, FInt32 transId, Protocol::MessageType type,
+                                             FUInt32 flags) const;
     void addChunk(const Protocol::Header &header, const QByteArray &message);
     ChunkedMessageReceiver *receiverFor(const Protocol::Header &header);
     void forgetReceiver(const Protocol::Header &header);

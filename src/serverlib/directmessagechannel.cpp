@@ -11,11 +11,13 @@ std::pair<DirectMessageChannel *, DirectMessageChannel *> DirectMessageChannel::
     return { first, second };
 }
 
+// clang-format off
 std::string DirectMessageChannel::debugName() const { return "Direct()"; }
 FHostAddress DirectMessageChannel::peerAddress() const { return FHostAddress(); }
 quint16 DirectMessageChannel::peerPort() const { return 0; }
 bool DirectMessageChannel::isOpen() const { return m_peer; }
 void DirectMessageChannel::close() { m_peer = nullptr; }
+// clang-format on
 
 bool DirectMessageChannel::enqueueMessage(QByteArray message)
 {

@@ -48,7 +48,8 @@ void IncomingCall::finalize(QDataStream &stream)
     m_ipc->m_servedCalls.insert(this);
     const Invocation call = readInvocation(stream);
     if (const QString error = parseError(stream); !error.isEmpty()) {
-        response(FunctionCallResult<ArgumentList>::failure(QStringLiteral("Call parsing failed: %1").arg(error)));
+        response(FunctionCallResult<ArgumentList>::failure(
+                QStringLiteral("Call parsing failed: %1").arg(error)));
         return;
     }
     IPCResponseHandlerIface *handler = m_ipc->handler();

@@ -7,7 +7,6 @@
 #include <QElapsedTimer>
 #include <QPointer>
 
-
 namespace Vorkel {
 
 namespace {

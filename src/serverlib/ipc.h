@@ -24,7 +24,10 @@ public:
     static FunctionCallResult<IPC *> connectTo(const QString &host, quint16 port, const ClientData &data);
     static FunctionCallResult<IPC *> connectTo(const SocketAddress &address, const ClientData &data);
 
-    FunctionCallResult<QByteArray> waitForSingleMessage(int ms) { return m_channel->waitForSingleMessage(ms); }
+    FunctionCallResult<QByteArray> waitForSingleMessage(int ms)
+    {
+        return m_channel->waitForSingleMessage(ms);
+    }
     bool dispatchMessages() { return m_channel->dispatchMessages(); }
 
     /// Calls the server and waits: the first value of the reply, or an invalid value on any

@@ -145,7 +145,8 @@ Result IPCHandshake::processHanshake(const QByteArray &message)
         QString reason;
         stream >> reason;
         // An empty reason would read as success.
-        return Result::failure(reason.isEmpty() ? QStringLiteral("Handshake refused without a reason") : reason);
+        return Result::failure(reason.isEmpty() ? QStringLiteral("Handshake refused without a reason")
+                                                : reason);
     }
     ClientData data;
     stream >> data.id >> data.runnerId >> data.clientType >> data.name;

@@ -7,6 +7,7 @@ NullMessageChannel::NullMessageChannel(QObject *parent)
 {
 }
 
+// clang-format off
 std::string NullMessageChannel::debugName() const { return "NULL()"; }
 FHostAddress NullMessageChannel::peerAddress() const { return FHostAddress(); }
 quint16 NullMessageChannel::peerPort() const { return 0; }
@@ -16,6 +17,7 @@ void NullMessageChannel::close() {}
 quint16 NullMessageChannel::localPort() const { return 0; }
 FHostAddress NullMessageChannel::localAddress() const { return FHostAddress(); }
 bool NullMessageChannel::dispatchMessages() { return false; }
+// clang-format on
 
 FunctionCallResult<QByteArray> NullMessageChannel::waitForSingleMessage(int)
 {

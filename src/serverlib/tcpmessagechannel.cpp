@@ -65,7 +65,11 @@ TCPMessageChannel::TCPMessageChannel(FSocket *socket, QObject *parent)
             + ",peer=" + endpointName(m_peerAddress, m_peerPort) + ')';
 }
 
-TCPMessageChannel::~TCPMessageChannel() = default;
+TCPMessageChannel::~TCPMessageChannel()
+{
+    // Before the descriptor that it watches is closed.
+    delete m_notifier;
+}
 
 FunctionCallResult<TCPMessageChannel *> TCPMessageChannel::connectTo(const QString &host, quint16 port)
 {
@@ -128,8 +132,8 @@ bool TCPMessageChannel::sendAll(const char *data, qsizetype length)
                 return true;
         } else if (written < 0) {
             if (m_socket->error() != FSocket::NoError) {
-                qWarning("IPC::sendData: write to socket %d failed with error %d",
-                         m_socket->descriptor(), m_socket->error());
+                qWarning("IPC::sendData: write to socket %d failed with error %d", m_socket->descriptor(),
+                         m_socket->error());
                 return false;
             }
             if (timer.elapsed() > WriteLimitMs) {
@@ -256,7 +260,8 @@ TCPMessageChannel::Dispatch TCPMessageChannel::dispatchArrived()
     QPointer<TCPMessageChannel> guard(this);
     QByteArray message;
     const auto deliverBuffered = [&] {
-        while (guard && processSingleMessage(&message)) { }
+        while (guard && processSingleMessage(&message)) {
+        }
         return guard && isOpen();
     };
     if (!deliverBuffered())

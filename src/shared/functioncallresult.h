@@ -28,7 +28,7 @@ private:
 
 /// The value of a fallible operation, or the text that says why there is none. A failed result
 /// holds a default value; an empty text is the only mark of success.
-template<typename T>
+template <typename T>
 class [[nodiscard]] FunctionCallResult
 {
 public:

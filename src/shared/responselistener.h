@@ -6,7 +6,7 @@ namespace Vorkel {
 
 /// Hears the outcome of an operation that finishes later: once, success and failure alike.
 /// Whoever creates a listener keeps it; it must outlive the operation or cancel it.
-template<typename T>
+template <typename T>
 class ResponseListener
 {
 public:

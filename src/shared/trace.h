@@ -26,9 +26,9 @@
 #define VORKEL_TRACE_AT(level, category, ...) \
     do { \
         static constinit ::halvex::quellog::TracePoint vorkelTracePoint( \
-            ::halvex::quellog::TraceLevel::level, __FILE__, __LINE__, __PRETTY_FUNCTION__, category); \
+                ::halvex::quellog::TraceLevel::level, __FILE__, __LINE__, __PRETTY_FUNCTION__, category); \
         if (::halvex::quellog::advanceVisit(&vorkelTracePoint)) [[unlikely]] \
-            ::Vorkel::TraceVisit(&vorkelTracePoint).report({__VA_ARGS__}); \
+            ::Vorkel::TraceVisit(&vorkelTracePoint).report({ __VA_ARGS__ }); \
     } while (false)
 
 namespace Vorkel {
@@ -39,12 +39,15 @@ class TraceArgument
 {
 public:
     template <typename Text>
-    TraceArgument(const Text &message) noexcept : TraceArgument("", message)
+    TraceArgument(const Text &message) noexcept
+        : TraceArgument("", message)
     {
     }
 
     template <typename Value>
-    TraceArgument(const char *name, const Value &value) noexcept : m_name(name), m_value(valueOf(value))
+    TraceArgument(const char *name, const Value &value) noexcept
+        : m_name(name)
+        , m_value(valueOf(value))
     {
     }
 
@@ -84,19 +87,19 @@ private:
 
     template <typename T>
         requires std::is_enum_v<T>
-    static Value valueOf(T value) noexcept
-    {
-        return valueOf(static_cast<std::underlying_type_t<T>>(value));
-    }
+    static Value valueOf(T value) noexcept { return valueOf(static_cast<std::underlying_type_t<T>>(value)); }
 
     template <typename Number>
-    Variable named(Number value) const { return Variable::numberValue(m_name, value); }
+    Variable named(Number value) const
+    {
+        return Variable::numberValue(m_name, value);
+    }
     Variable named(bool value) const { return Variable::booleanValue(m_name, value); }
     Variable named(std::string_view text) const { return Variable::stringValue(m_name, text); }
     Variable named(QStringView text) const
     {
         const QByteArray bytes = text.toUtf8();
-        return Variable::stringValue(m_name, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
+        return Variable::stringValue(m_name, { bytes.constData(), static_cast<std::size_t>(bytes.size()) });
     }
 
     const char *m_name;
@@ -108,7 +111,10 @@ private:
 class TraceVisit
 {
 public:
-    explicit TraceVisit(halvex::quellog::TracePoint *point) noexcept : m_point(point) {}
+    explicit TraceVisit(halvex::quellog::TracePoint *point) noexcept
+        : m_point(point)
+    {
+    }
     ~TraceVisit() { errno = m_errno; }
     Q_DISABLE_COPY_MOVE(TraceVisit)
 
