@@ -76,8 +76,8 @@ template <auto Operation, typename Owner, typename Result, typename... Arguments
 QVariant apply(Hook &hook, const ArgumentList &arguments, std::index_sequence<Index...>)
 {
     return invokeForReply<Result>(hook, [&]() -> Result {
-        return (owner<Owner>(hook).*Operation)(
-                fromArgument<std::remove_cvref_t<Arguments>>(arguments.value(Index))...);
+        return (owner<Owner>(hook)
+                .*Operation)(fromArgument<std::remove_cvref_t<Arguments>>(arguments.value(Index))...);
     });
 }
 

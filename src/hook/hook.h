@@ -222,7 +222,8 @@ private:
     template <typename Argument, typename Value>
     void setValueOf(int id, const char *complaint, void (Object::*conversion)(Argument), const Value &value);
     [[nodiscard]] Target resolveTarget(int target, const char *function) const;
-    [[nodiscard]] const Property *resolveProperty(const Target &target, int id, int index, const char *verb) const;
+    [[nodiscard]] const Property *resolveProperty(const Target &target, int id, int index,
+                                                  const char *verb) const;
     SharedPtr<Object> invokeChecked(const Method &method, const SharedPtr<Object> &object,
                                     const ObjectList &arguments) const;
     void announce(const QString &name, const QByteArray &record);

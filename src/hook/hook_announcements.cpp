@@ -66,7 +66,8 @@ QByteArray Hook::allClasses()
 
 QByteArray Hook::allNamespaces() const
 {
-    return records([](QDataStream &stream) { writeNamespaces(stream, *Inspector::self()->globalNamespace()); });
+    return records(
+            [](QDataStream &stream) { writeNamespaces(stream, *Inspector::self()->globalNamespace()); });
 }
 
 void Hook::registerClasses(int firstId)

@@ -2,8 +2,8 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/constructor.h"
-#include "objectmodel/globalobject.h"
 #include "objectmodel/event.h"
+#include "objectmodel/globalobject.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/method.h"
 #include "objectmodel/property.h"
@@ -53,13 +53,17 @@ const Property *Hook::resolveProperty(const Target &target, int id, int index, c
 {
     const QString start = QStringLiteral("Hook::%1Property: ").arg(QLatin1String(verb));
     if (target.object && target.object->isNull()) {
-        logLine(start + QStringLiteral("Cannot %1 property on NULL object with id %2").arg(QLatin1String(verb)).arg(id));
+        logLine(start
+                + QStringLiteral("Cannot %1 property on NULL object with id %2")
+                          .arg(QLatin1String(verb))
+                          .arg(id));
         return nullptr;
     }
     const Property *property = target.objectClass->property(index);
     if (!property) {
-        logLine(start + QStringLiteral("invalid property id %1 for class %2")
-                                .arg(QString::number(index), target.objectClass->fullyQualifiedClassName()));
+        logLine(start
+                + QStringLiteral("invalid property id %1 for class %2")
+                          .arg(QString::number(index), target.objectClass->fullyQualifiedClassName()));
     }
     return property;
 }
@@ -131,7 +135,8 @@ SharedPtr<Object> Hook::construct(const ArgumentList &arguments)
     const ObjectList given = idsToObjects(argumentIds(arguments));
     ObjectList converted;
     if (static_cast<qsizetype>(given.size()) == constructor->signature().size()
-        && !convertArguments(constructor->signature(), given, &converted)) {
+        && !convertArguments(constructor->signature(), given, &converted))
+    {
         Inspector::self()->setError(QStringLiteral("Found no matching overload"));
         return nullptr;
     }

@@ -171,7 +171,8 @@ bool Hook::objectIsNull(int id) const
 bool Hook::objectCompare(int first, int second) const
 {
     const SharedPtr<Object> a = knownObject(first, "Hook::objectCompare: invalid 1st object id ");
-    const SharedPtr<Object> b = a ? knownObject(second, "Hook::objectCompare: invalid 2nd object id ") : nullptr;
+    const SharedPtr<Object> b =
+            a ? knownObject(second, "Hook::objectCompare: invalid 2nd object id ") : nullptr;
     return a && b && a->compare(b);
 }
 
@@ -308,7 +309,8 @@ SharedPtr<Object> Hook::convertToInterface(int fromClassId, int id, const QStrin
     const Class *from = classById(fromClassId);
     if (!from)
         complain("Hook::convertToInterface: invalid fromClassId ", fromClassId);
-    const SharedPtr<Object> object = from ? knownObject(id, "Hook::convertToInterface: invalid object id ") : nullptr;
+    const SharedPtr<Object> object =
+            from ? knownObject(id, "Hook::convertToInterface: invalid object id ") : nullptr;
     return object ? from->convertToInterface(object, name) : nullptr;
 }
 

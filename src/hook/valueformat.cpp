@@ -51,9 +51,11 @@ QString format(const SharedPtr<Object> &value, int depth)
             continue;
         if (depth > MaxDepth)
             return QStringLiteral("...");
-        items.append(property->name() + QLatin1String(" = ") + escaped(format(property->get(value), depth + 1)));
+        items.append(property->name() + QLatin1String(" = ")
+                     + escaped(format(property->get(value), depth + 1)));
     }
-    return items.isEmpty() ? QString() : QStringLiteral("{ ") + items.join(QLatin1String(", ")) + QStringLiteral(" }");
+    return items.isEmpty() ? QString()
+                           : QStringLiteral("{ ") + items.join(QLatin1String(", ")) + QStringLiteral(" }");
 }
 
 } // namespace

@@ -57,7 +57,8 @@ bool convertArguments(const Signature &signature, const ObjectList &arguments, O
         const SharedPtr<Object> &given = arguments[i];
         if (!given)
             return false;
-        if (given->isA(wanted.argumentClass())) {
+        // A slot without a class of its own takes anything.
+        if (wanted.argumentClass()->id() == UndefinedClassId || given->isA(wanted.argumentClass())) {
             converted->push_back(given);
             continue;
         }

@@ -54,6 +54,6 @@ private:
 };
 
 /// False, with the last error set, when `property` cannot be accessed on `object`.
-bool verifyPropertyAccess(const SharedPtr<Object> &object, const Property *property);
+VORKEL_EXPORT bool verifyPropertyAccess(const SharedPtr<Object> &object, const Property *property);
 
 } // namespace Vorkel
