@@ -58,6 +58,19 @@ To numberAs(From value)
     }
 }
 
+/// The element at `at`, whatever bytes stand there: the object may have been of another type.
+template <typename T>
+T load(const void *at)
+{
+    if constexpr (std::is_same_v<T, bool>) {
+        return *static_cast<const unsigned char *>(at) != 0;
+    } else {
+        T value;
+        std::memcpy(&value, at, sizeof value);
+        return value;
+    }
+}
+
 SharedPtr<Object> ownedValue(const Class *ofClass, void *value, const ObjectAttribute &attribute)
 {
     SharedPtr<Object> object = ofClass->wrap(value, attribute);
@@ -80,7 +93,7 @@ template <typename T>
 void PrimitiveObject<T>::streamObject(QDataStream &stream) const
 {
     for (int i = 0; elements() && i < count(); ++i)
-        stream << static_cast<typename PrimitiveTraits<T>::Wire>(elements()[i]);
+        stream << static_cast<typename PrimitiveTraits<T>::Wire>(load<T>(elements() + i));
 }
 
 template <typename T>
@@ -100,7 +113,7 @@ QString PrimitiveObject<T>::joined(const QString &suffix) const
         return QString();
     QStringList texts;
     for (int i = 0; i < count(); ++i)
-        texts.append(PrimitiveTraits<T>::text(elements()[i]) + suffix);
+        texts.append(PrimitiveTraits<T>::text(load<T>(elements() + i)) + suffix);
     return count() > 1 ? QLatin1String("[ ") + texts.join(QLatin1String(", ")) + QLatin1String(" ]")
                        : texts.constFirst();
 }
@@ -108,10 +121,10 @@ QString PrimitiveObject<T>::joined(const QString &suffix) const
 // clang-format off
 template <typename T> QString PrimitiveObject<T>::toString() const { return isNull() ? QStringLiteral("<null>") : joined(QString()); }
 template <typename T> QString PrimitiveObject<T>::toDebugString() const { return isNull() ? QLatin1String("0 : ") + className() : joined(QLatin1String(" : ") + QLatin1String(PrimitiveTraits<T>::name)); }
-template <typename T> int PrimitiveObject<T>::toInteger() const { return elements() ? numberAs<int>(*elements()) : 0; }
-template <typename T> long long PrimitiveObject<T>::toInt64() const { return elements() ? numberAs<long long>(*elements()) : 0; }
-template <typename T> double PrimitiveObject<T>::toDouble() const { return elements() ? numberAs<double>(*elements()) : 0.0; }
-template <typename T> bool PrimitiveObject<T>::toBoolean() const { return elements() && *elements() != T(0); }
+template <typename T> int PrimitiveObject<T>::toInteger() const { return elements() ? numberAs<int>(load<T>(elements())) : 0; }
+template <typename T> long long PrimitiveObject<T>::toInt64() const { return elements() ? numberAs<long long>(load<T>(elements())) : 0; }
+template <typename T> double PrimitiveObject<T>::toDouble() const { return elements() ? numberAs<double>(load<T>(elements())) : 0.0; }
+template <typename T> bool PrimitiveObject<T>::toBoolean() const { return elements() && load<T>(elements()) != T(0); }
 template <typename T> void PrimitiveObject<T>::assign(T value) { if (elements()) *elements() = value; }
 template <typename T> void PrimitiveObject<T>::fromString(const QString &value) { assign(PrimitiveTraits<T>::fromText(value)); }
 template <typename T> void PrimitiveObject<T>::fromInteger(int value) { assign(numberAs<T>(value)); }
@@ -137,7 +150,7 @@ SharedPtr<Object> PrimitiveClass<T>::construct(int id, void **arguments) const
         return ownedValue(this, newPrimitive(T()), HeldByPointer);
     case 1:
         return arguments[0]
-                ? ownedValue(this, newPrimitive(*static_cast<const T *>(arguments[0])), HeldByPointer)
+                ? ownedValue(this, newPrimitive(load<T>(arguments[0])), HeldByPointer)
                 : nullptr;
     case 2:
         return wrap(arguments[0], HeldByPointer);
@@ -165,7 +178,7 @@ bool PrimitiveClass<T>::compare(const SharedPtr<Object> &a, const SharedPtr<Obje
         return Class::compare(a, b);
     if (!a->data() || !b->data())
         return a->data() == b->data();
-    return *static_cast<const T *>(a->data()) == *static_cast<const T *>(b->data());
+    return load<T>(a->data()) == load<T>(b->data());
 }
 
 template <typename T>
@@ -186,7 +199,7 @@ SharedPtr<Object> PrimitiveClass<T>::convertToInternal(const SharedPtr<Object> &
 {
     if (!object->data() || !canConvertToInternal(target, object->isPointer(), toPointer))
         return nullptr;
-    const T value = *static_cast<const T *>(object->data());
+    const T value = load<T>(object->data());
     const ObjectAttribute byValue;
     switch (target->id()) {
     case ShortClassId:
