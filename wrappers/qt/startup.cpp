@@ -6,28 +6,48 @@
 #include "hook/hook.h"
 
 #include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <utility>
 
 namespace Vorkel {
 
 namespace {
 
+void completeHookUp()
+{
+    static bool completed = false;
+    // The connection may have ended by now.
+    if (Hook::hook && !std::exchange(completed, true))
+        Hook::hook->completeHookUp();
+}
+
+/// A further application object has an event dispatcher of its own, which knows nothing of the
+/// sockets that the one before had to watch.
+void watchAgain()
+{
+    for (QSocketNotifier *notifier : Hook::hook->findChildren<QSocketNotifier *>()) {
+        notifier->setEnabled(false);
+        notifier->setEnabled(true);
+    }
+}
+
 /// Qt calls this as soon as the application object exists, in every such object's constructor.
 void startHook()
 {
-    // Lives as long as the process, like the program's own event loop that it is called from.
-    static QtWrapper *wrapper = nullptr;
-    if (wrapper || qEnvironmentVariableIsEmpty("VORKEL_RUNNERID"))
+    if (qEnvironmentVariableIsEmpty("VORKEL_RUNNERID"))
         return;
-    wrapper = new QtWrapper;
-    Hook::connectAndCreateHook(wrapper, new AUTProcess, nullptr, 0);
-    // The first thing that the event loop does; the connection may have ended by then.
-    QMetaObject::invokeMethod(
-            wrapper,
-            [] {
-                if (Hook::hook)
-                    Hook::hook->completeHookUp();
-            },
-            Qt::QueuedConnection);
+    // Lives as long as the process, and longer than any one application object.
+    static QtWrapper *wrapper = nullptr;
+    if (!wrapper) {
+        wrapper = new QtWrapper;
+        Hook::connectAndCreateHook(wrapper, new AUTProcess, nullptr, 0);
+    } else if (Hook::hook) {
+        watchAgain();
+    }
+    // The first thing that the event loop does. Such an order goes with its application object, so
+    // each gets one.
+    QMetaObject::invokeMethod(wrapper, completeHookUp, Qt::QueuedConnection);
 }
 
 Q_COREAPP_STARTUP_FUNCTION(startHook)
