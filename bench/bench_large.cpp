@@ -96,19 +96,23 @@ void drain(const Listener &listener)
     (void)readToEnd(peer.get());
 }
 
-std::unique_ptr<Vorkel::IPC> clientOf(const Listener &peer)
+/// A fork of this process with one of the servers, and a connection to it.
+struct Peer
 {
-    auto *channel = new Vorkel::TCPMessageChannel(new FSocket(peer.connect().release()));
-    return std::make_unique<Vorkel::IPC>(channel, Vorkel::ClientData { 1, 1, 0, {} }, nullptr, nullptr);
-}
+    explicit Peer(void (*server)(const Listener &))
+        : process(Child::running([=, this] { server(listener); }))
+    {
+    }
 
-/// Who answers for what the hooked program has no function for.
-struct Peers
-{
-    Listener keeperListener;
-    Child keeper = Child::running([this] { keep(keeperListener); });
-    Listener drainListener;
-    Child drainer = Child::running([this] { drain(drainListener); });
+    void connect()
+    {
+        auto *channel = new Vorkel::TCPMessageChannel(new FSocket(listener.connect().release()));
+        ipc = std::make_unique<Vorkel::IPC>(channel, Vorkel::ClientData { 1, 1, 0, {} }, nullptr, nullptr);
+    }
+
+    Listener listener;
+    Child process;
+    std::unique_ptr<Vorkel::IPC> ipc;
 };
 
 /// One way for a value to go through.
@@ -170,26 +174,76 @@ public:
         m_table.add(std::move(row));
     }
 
+    void addMemory(const std::string &label, double kibibytes)
+    {
+        m_most = std::max(m_most, kibibytes);
+        m_memory.add({ label, number(kibibytes, 1) });
+    }
+
     void print() const
     {
         m_table.print();
         if (m_busiest > BusyMachine)
             std::printf("The machine was busy: zlib took %.1f times its processor time.\n", m_busiest);
         printTarget("bare zlib / ours, the worst", m_worst, ThroughputLimit, 2, true);
+        m_memory.print();
+        printTarget("sender's memory beside zlib's, KiB, the most", m_most, MemoryLimitKiB, 1);
     }
 
 private:
     Table m_table { { "32 MiB, in ms", "sender (cpu)", "receiver (cpu)", "deflate", "inflate", "zlib", "took",
                       "zlib/ours (cpu)", "zlib/ours" } };
+    Table m_memory { { "sender's memory beside zlib's", "KiB" } };
     double m_worst = 1e9;
     double m_busiest = 0;
+    double m_most = 0;
 };
 
-double extraMemoryKiB(Vorkel::IPC &ipc, const QVariant &value, const QByteArray &bytes)
+/// The bytes of one kind, as the two sorts of values that carry them.
+struct Values
 {
-    const std::size_t zlib = heapGrowth([&] { deflateInPieces(bytes); });
-    const std::size_t ours = heapGrowth([&] { (void)ipc.send(QStringLiteral("take"), { value }); });
-    return (static_cast<double>(ours) - static_cast<double>(zlib)) / 1024;
+    std::string kind;
+    QByteArray bytes;
+    QString text = textOf(bytes);
+};
+
+void measureTransfers(const Values &values, HookedProgram &program, const Peer &keeper, Report *report)
+{
+    const auto keep = [&](const ArgumentList &arguments) {
+        (void)keeper.ipc->callFunc(BlockingRunner::Program, QStringLiteral("keep"), arguments);
+    };
+    const auto call = [&](const QString &name, const ArgumentList &arguments) {
+        return [&program, name, arguments] { program.runner().call(name, arguments); };
+    };
+    const auto setText = call(QStringLiteral("setError"), { values.text });
+    keep({ values.bytes });
+    const Transfer transfers[] = {
+        { "bytes as argument", &program.process(), false, [] {},
+          call(QStringLiteral("getPID"), { values.bytes }) },
+        { "bytes as reply", &keeper.process, true, [] {}, [&] { keep({}); } },
+        { "text as argument", &program.process(), false, [] {}, setText },
+        { "text as reply", &program.process(), true, setText, call(QStringLiteral("getLastError"), {}) },
+    };
+    const std::vector<QByteArray> pieces = deflated(values.bytes);
+    for (const Transfer &transfer : transfers) {
+        Times times;
+        for (int round = 0; round < Rounds; ++round) {
+            measureFloor(values.bytes, pieces, &times);
+            measureTransfer(transfer, &times);
+        }
+        report->add(transfer.label + values.kind, times);
+    }
+}
+
+void measureMemory(const Values &values, const Peer &drainer, Report *report)
+{
+    for (const QVariant &value : { QVariant(values.bytes), QVariant(values.text) }) {
+        const std::size_t zlib = heapGrowth([&] { deflateInPieces(values.bytes); });
+        const std::size_t ours =
+                heapGrowth([&] { (void)drainer.ipc->send(QStringLiteral("take"), { value }); });
+        report->addMemory(value.typeName() + values.kind,
+                          (static_cast<double>(ours) - static_cast<double>(zlib)) / 1024);
+    }
 }
 
 } // namespace
@@ -200,53 +254,22 @@ int main(int argc, char *argv[])
     pinTo(available.back());
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_LOGGING_RULES", "*.warning=false");
-    Peers peers;
+    // Forks of this process come before its first Qt object.
+    Peer keeper(keep);
+    Peer drainer(drain);
     const QCoreApplication application(argc, argv);
-    const Listener listener;
-    const auto output = makePipe();
-    const auto program =
-            Child::executing({ BENCH_EXAMPLE }, BlockingRunner::environment(listener), output.second.get());
+    HookedProgram program({ BENCH_EXAMPLE });
     pinTo(available.front());
-    BlockingRunner runner(listener);
-    const auto keeper = clientOf(peers.keeperListener);
-    const auto drainer = clientOf(peers.drainListener);
+    keeper.connect();
+    drainer.connect();
 
     Report report;
-    Table memory({ "sender's memory beside zlib's", "KiB" });
-    double most = 0;
-    for (const bool well : { true, false }) {
-        const QByteArray bytes = well ? deflatable() : undeflatable();
-        const std::vector<QByteArray> pieces = deflated(bytes);
-        const QString text = textOf(bytes);
-        const std::string how = well ? ", deflates well" : ", does not deflate";
-        const auto keep = [&](const ArgumentList &arguments) {
-            (void)keeper->callFunc(BlockingRunner::Program, QStringLiteral("keep"), arguments);
-        };
-        const auto setText = [&] { runner.call(QStringLiteral("setError"), { text }); };
-        const Transfer transfers[] = {
-            { "bytes as argument", &program, false, [] {},
-              [&] { runner.call(QStringLiteral("getPID"), { bytes }); } },
-            { "bytes as reply", &peers.keeper, true, [&] { keep({ bytes }); }, [&] { keep({}); } },
-            { "text as argument", &program, false, [] {}, setText },
-            { "text as reply", &program, true, setText,
-              [&] { runner.call(QStringLiteral("getLastError")); } },
-        };
-        for (const Transfer &transfer : transfers) {
-            Times times;
-            for (int round = 0; round < Rounds; ++round) {
-                measureFloor(bytes, pieces, &times);
-                measureTransfer(transfer, &times);
-            }
-            report.add(transfer.label + how, times);
-        }
-        for (const QVariant &value : { QVariant(bytes), QVariant(text) }) {
-            const double extra = extraMemoryKiB(*drainer, value, bytes);
-            most = std::max(most, extra);
-            memory.add({ value.typeName() + how, number(extra, 1) });
-        }
+    for (const Values &values :
+         { Values { ", deflates well", deflatable() }, Values { ", does not deflate", undeflatable() } })
+    {
+        measureTransfers(values, program, keeper, &report);
+        measureMemory(values, drainer, &report);
     }
     report.print();
-    memory.print();
-    printTarget("sender's memory beside zlib's, most KiB", most, MemoryLimitKiB, 1);
     return 0;
 }

@@ -14,8 +14,6 @@
 #include <array>
 #include <cstdlib>
 
-#include <unistd.h>
-
 namespace {
 
 using namespace Bench;
@@ -107,26 +105,34 @@ std::vector<std::unique_ptr<Rival>> startRivals()
     return rivals;
 }
 
+/// Whatever runs `command` gets the hook, and its program is called `calls` times: for a profiler.
+void callOnly(int calls, const std::vector<std::string> &command)
+{
+    HookedProgram program(command);
+    for (int done = 0; done < calls; done += CallsPerSlice)
+        slice(program.runner().descriptor());
+}
+
+struct Contender
+{
+    std::string name;
+    std::function<double()> slice;
+};
+
 constexpr std::size_t RawRow = 0;
 constexpr std::size_t FloorRow = 2;
 constexpr std::size_t HookedRow = 5;
 
-/// Whatever runs `command` gets the hook, and its program is called `calls` times: for a profiler.
-int callOnly(int calls, const std::vector<std::string> &command)
+void race(const std::vector<Contender> &contenders)
 {
-    const Listener listener;
-    const auto program = Child::executing(command, BlockingRunner::environment(listener), STDERR_FILENO);
-    const BlockingRunner runner(listener);
-    for (int done = 0; done < calls; done += CallsPerSlice)
-        slice(runner.descriptor());
-    return 0;
-}
-
-void report(const std::vector<std::string> &names, const std::vector<Samples> &samples)
-{
+    std::vector<std::function<double()>> slices;
+    for (const Contender &contender : contenders)
+        slices.push_back(contender.slice);
+    const std::vector<Samples> samples = alternate(Rounds, slices);
     Table table({ "round trip of getPID", "us", "x (a)", "x (b)" });
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        table.add({ names[i], number(samples[i].median(), 1), number(samples[i].ratioTo(samples[RawRow]), 2),
+        table.add({ contenders[i].name, number(samples[i].median(), 1),
+                    number(samples[i].ratioTo(samples[RawRow]), 2),
                     number(samples[i].ratioTo(samples[FloorRow]), 2) });
     }
     table.print();
@@ -142,9 +148,11 @@ int main(int argc, char *argv[])
     qputenv("QT_LOGGING_RULES", "*.warning=false");
     if (argc > 2) {
         const QCoreApplication application(argc, argv);
-        return callOnly(std::atoi(argv[1]), { argv + 2, argv + argc });
+        callOnly(std::atoi(argv[1]), { argv + 2, argv + argc });
+        return 0;
     }
 
+    // Forks of this process come before its first Qt object.
     const Floor raw(serveRaw);
     const Floor eventLoop(serveFromEventLoop);
     const Floor decoding([](int listener) { serveDecoding(listener, false); });
@@ -153,33 +161,22 @@ int main(int argc, char *argv[])
     const std::vector<std::unique_ptr<Rival>> rivals = startRivals();
 
     const QCoreApplication application(argc, argv);
-    const Listener listener;
-    const auto output = makePipe();
-    const auto program =
-            Child::executing({ BENCH_EXAMPLE }, BlockingRunner::environment(listener), output.second.get());
-    BlockingRunner runner(listener);
+    HookedProgram program({ BENCH_EXAMPLE });
+    BlockingRunner &runner = program.runner();
     const auto callByIpc = [&] { (void)runner.call(QStringLiteral("getPID")); };
-
-    std::vector<std::string> names = { "(a) raw ping-pong",
-                                       "    + event loop",
-                                       "(b) + decode and encode",
-                                       "    (b) in a program with windows",
-                                       "    this wire alone, no program",
-                                       "hooked program",
-                                       "hooked program, by our own client" };
-    std::vector<std::function<double()>> contenders = { raw.contender(),
-                                                        eventLoop.contender(),
-                                                        decoding.contender(),
-                                                        decodingGui.contender(),
-                                                        byIpc.contender(),
-                                                        [&] { return slice(runner.descriptor()); },
-                                                        [&] { return slice(callByIpc); } };
+    std::vector<Contender> contenders = {
+        { "(a) raw ping-pong", raw.contender() },
+        { "    + event loop", eventLoop.contender() },
+        { "(b) + decode and encode", decoding.contender() },
+        { "    (b) in a program with windows", decodingGui.contender() },
+        { "    this wire alone, no program", byIpc.contender() },
+        { "hooked program", [&] { return slice(runner.descriptor()); } },
+        { "hooked program, by our own client", [&] { return slice(callByIpc); } },
+    };
     for (const auto &rival : rivals) {
         rival->connect();
-        names.emplace_back(rival->name());
-        contenders.emplace_back([&] { return slice([&] { rival->call(); }); });
+        contenders.push_back({ rival->name(), [&] { return slice([&] { rival->call(); }); } });
     }
-
-    report(names, alternate(Rounds, contenders));
+    race(contenders);
     return 0;
 }

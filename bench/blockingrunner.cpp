@@ -83,4 +83,10 @@ void BlockingRunner::handleBroadcast(FUInt32, const QString &name, const Argumen
     }
 }
 
+HookedProgram::HookedProgram(const std::vector<std::string> &command)
+    : m_process(Child::executing(command, BlockingRunner::environment(m_listener), m_output.second.get()))
+    , m_runner(m_listener)
+{
+}
+
 } // namespace Bench

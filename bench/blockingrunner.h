@@ -53,4 +53,21 @@ private:
     bool m_completed = false;
 };
 
+/// A program with the hook inside whose event loop runs, and its runner.
+class HookedProgram
+{
+public:
+    /// Starts `command`, whose first word is a path.
+    explicit HookedProgram(const std::vector<std::string> &command);
+
+    [[nodiscard]] const Child &process() const { return m_process; }
+    [[nodiscard]] BlockingRunner &runner() { return m_runner; }
+
+private:
+    Listener m_listener;
+    std::pair<Descriptor, Descriptor> m_output = makePipe();
+    Child m_process;
+    BlockingRunner m_runner;
+};
+
 } // namespace Bench

@@ -8,12 +8,14 @@
 #include <malloc.h>
 
 // The C library's own, under the names that it keeps for this.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 void *__libc_malloc(std::size_t size);
 void *__libc_calloc(std::size_t count, std::size_t size);
 void *__libc_realloc(void *block, std::size_t size);
 void __libc_free(void *block);
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 

@@ -81,6 +81,7 @@ Child Child::executing(const std::vector<std::string> &command, const Variables 
     for (const auto &[name, value] : variables)
         ::setenv(name.c_str(), value.c_str(), 1);
     std::vector<char *> words;
+    words.reserve(command.size() + 1);
     for (const std::string &word : command)
         words.push_back(const_cast<char *>(word.c_str()));
     words.push_back(nullptr);
