@@ -29,7 +29,7 @@ int sink = 0;
 [[gnu::noinline]] void traceLoop(const QString &text)
 {
     for (int i = 0; i < visits; ++i)
-        VORKEL_TRACE("Hook", "visit", {"i", i}, {"text", text + text}, {"sink", std::to_string(sink)});
+        VORKEL_TRACE("Hook", "visit", { "i", i }, { "text", text + text }, { "sink", std::to_string(sink) });
 }
 
 double nanosecondsPerVisit(void (*loop)(const QString &), const QString &text)

@@ -21,6 +21,10 @@ target_compile_options(vorkel_options INTERFACE
 target_compile_definitions(vorkel_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
     QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # Tables are checked when they are compiled, which takes more steps than clang allows by itself.
+    add_compile_options(-fconstexpr-steps=10000000)
+endif()
 if(VORKEL_SANITIZE)
     add_compile_options(-fsanitize=${VORKEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${VORKEL_SANITIZE})

@@ -40,8 +40,8 @@ private:
 Application::Application(AsyncMessageChannel *channel, const ClientData &data, QObject *parent)
     : QObject(parent)
     , m_data(data)
-    , m_ipc(channel, runnerData(), this, nullptr)
     , m_initialised(std::make_unique<InitialisedListener>(this))
+    , m_ipc(channel, runnerData(), this, nullptr)
 {
     connect(&m_ipc, &AsyncIPC::connectionClosed, this, &Application::closed);
 }

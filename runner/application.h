@@ -5,7 +5,6 @@
 
 #include <memory>
 
-
 namespace Vorkel::Runner {
 
 /// One connected application: leads it through its bring-up, then carries calls to it.
@@ -50,8 +49,8 @@ private:
     void setStage(Stage stage);
 
     ClientData m_data;
+    std::unique_ptr<InitialisedListener> m_initialised; // outlives what fails the calls that it awaits
     AsyncIPC m_ipc;
-    std::unique_ptr<InitialisedListener> m_initialised;
     Stage m_stage = Stage::BringingUp;
 };
 

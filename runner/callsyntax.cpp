@@ -1,5 +1,6 @@
 #include "callsyntax.h"
 
+#include <QDebug>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -13,6 +14,8 @@
 namespace Vorkel::Runner {
 
 namespace {
+
+constexpr auto LargestNumber = static_cast<qulonglong>(std::numeric_limits<qint64>::max());
 
 QVariant fromNumber(const QJsonValue &value)
 {
@@ -50,6 +53,17 @@ QJsonValue bytesToJson(const QByteArray &bytes)
     return decoder.hasError() ? QStringLiteral("base64:") + QString::fromLatin1(bytes.toBase64()) : text;
 }
 
+/// For what JSON has no form for.
+QJsonValue described(const QVariant &value)
+{
+    if (!value.isValid())
+        return QJsonValue();
+    QString text;
+    QDebug stream(&text);
+    value.metaType().debugStream(stream, value.constData());
+    return text.trimmed();
+}
+
 } // namespace
 
 QVariant fromJson(const QJsonValue &value)
@@ -85,6 +99,8 @@ QJsonValue toJson(const QVariant &value)
             array.append(toJson(item));
         return array;
     }
+    case QMetaType::ULongLong:
+        return value.toULongLong() > LargestNumber ? described(value) : value.toLongLong();
     case QMetaType::QVariantMap: {
         QJsonObject object;
         const QVariantMap map = value.toMap();
@@ -92,8 +108,10 @@ QJsonValue toJson(const QVariant &value)
             object.insert(entry.key(), toJson(entry.value()));
         return object;
     }
-    default:
-        return QJsonValue::fromVariant(value);
+    default: {
+        const QJsonValue json = QJsonValue::fromVariant(value);
+        return json.isNull() ? described(value) : json;
+    }
     }
 }
 
@@ -119,8 +137,8 @@ FunctionCallResult<CallText> parseCall(const QString &text)
     if (error.error != QJsonParseError::NoError) {
         return FunctionCallResult<CallText>::failure(
                 QStringLiteral("the arguments of '%1' are no JSON: %2 (at character %3 of them)")
-                        .arg(text, error.errorString())
-                        .arg(error.offset));
+                        .arg(text, error.errorString(),
+                             QString::number(std::min<qsizetype>(error.offset, match.capturedLength(3)))));
     }
     const QJsonArray values = document.array();
     for (const QJsonValue &value : values)

@@ -24,7 +24,7 @@ struct CallText
 [[nodiscard]] QVariant fromJson(const QJsonValue &value);
 
 /// A value from the wire as JSON; bytes become text when they are UTF-8, else base 64 behind
-/// "base64:".
+/// "base64:". What JSON has no form for becomes a text that describes it.
 [[nodiscard]] QJsonValue toJson(const QVariant &value);
 
 /// The same as JSON text on one line.

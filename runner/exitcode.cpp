@@ -31,7 +31,9 @@ QString exitCodeHelp()
 {
     QString text;
     for (const Row &row : Rows)
-        text += QStringLiteral("  %1  %2\n").arg(static_cast<int>(row.code), 3).arg(QLatin1String(row.meaning));
+        text += QStringLiteral("  %1  %2\n")
+                        .arg(static_cast<int>(row.code), 3)
+                        .arg(QLatin1String(row.meaning));
     return text;
 }
 

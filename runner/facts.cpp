@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QRegularExpression>
 
 namespace Vorkel::Runner {
 
@@ -14,7 +15,8 @@ QString plain(const QVariant &value)
 
 QString bytes(const QVariant &value)
 {
-    return value.toLongLong() < 0 ? QStringLiteral("unknown") : QLocale::c().formattedDataSize(value.toLongLong());
+    return value.toLongLong() < 0 ? QStringLiteral("unknown")
+                                  : QLocale::c().formattedDataSize(value.toLongLong());
 }
 
 QString milliseconds(const QVariant &value)
@@ -29,9 +31,22 @@ QString moment(const QVariant &value)
             : QDateTime::fromMSecsSinceEpoch(value.toLongLong()).toString(Qt::ISODateWithMs);
 }
 
-QString list(const QVariant &value)
+/// Each quoted as a shell would need it, so that one sees where it ends.
+QString words(const QVariant &value)
 {
-    return value.toStringList().join(u' ');
+    static const QRegularExpression special(QStringLiteral("[^\\w./:=,+@%-]"),
+                                            QRegularExpression::UseUnicodePropertiesOption);
+    QStringList texts = value.toStringList();
+    for (QString &text : texts) {
+        if (text.isEmpty() || text.contains(special))
+            text = u'\'' + text.replace(u'\'', QLatin1String("'\\''")) + u'\'';
+    }
+    return texts.join(u' ');
+}
+
+QString output(const QVariant &value)
+{
+    return value.toString().isEmpty() ? QStringLiteral("nothing so far") : value.toString();
 }
 
 // clang-format off
@@ -42,9 +57,9 @@ constexpr Fact Facts[] = {
     { "Memory",            "memoryBytes",      "getUsedMemory", nullptr,     bytes        },
     { "CPU time",          "cpuTimeMs",        "getTotalTime",  nullptr,     milliseconds },
     { "Started",           "startedMs",        "autInfo",       "startTime", moment       },
-    { "Arguments",         "arguments",        "autInfo",       "arguments", list         },
-    { "Standard output",   "stdout",           "readStdout",    nullptr,     plain        },
-    { "Standard error",    "stderr",           "readStderr",    nullptr,     plain        },
+    { "Arguments",         "arguments",        "autInfo",       "arguments", words        },
+    { "Standard output",   "stdout",           "readStdout",    nullptr,     output       },
+    { "Standard error",    "stderr",           "readStderr",    nullptr,     output       },
 };
 // clang-format on
 

@@ -56,7 +56,8 @@ void printText(const QString &name, const QVariantList &values, const Milestones
     for (const Fact &fact : facts())
         printLine(fact.label, fact.text(values.at(i++)));
     for (const Duration &duration : Durations)
-        printLine(duration.label, QString::number(milliseconds(duration, milestones), 'f', 2) + QStringLiteral(" ms"));
+        printLine(duration.label,
+                  QString::number(milliseconds(duration, milestones), 'f', 2) + QStringLiteral(" ms"));
 }
 
 void printJson(const QString &name, const QVariantList &values, const Milestones &milestones)

@@ -22,25 +22,19 @@ std::vector<char *> pointers(QList<QByteArray> &texts)
     return result;
 }
 
-QList<QByteArray> encoded(const QStringList &texts)
-{
-    QList<QByteArray> result;
-    for (const QString &text : texts)
-        result.append(QFile::encodeName(text));
-    return result;
-}
-
 } // namespace
 
 Failure injectCommand(const Options &options)
 {
-    const QString library = preloadLibrary();
-    if (library.isEmpty())
-        return { ExitCode::NoProgram, QStringLiteral("libvorkelqtpreload.so is not in ../lib of this command") };
-    const QProcessEnvironment environment = withHook(QProcessEnvironment::systemEnvironment(), library);
-    QList<QByteArray> command = encoded(options.command);
-    QList<QByteArray> variables = encoded(environment.toStringList());
-    ::execvpe(command.constFirst().constData(), pointers(command).data(), pointers(variables).data());
+    const auto preload = preloadValue(QProcessEnvironment::systemEnvironment());
+    if (!preload.isOk())
+        return { ExitCode::NoProgram, preload.error() };
+    // All other variables stay byte by byte what they are.
+    qputenv(PreloadVariable, QFile::encodeName(preload.value()));
+    QList<QByteArray> command;
+    for (const QString &text : options.command)
+        command.append(QFile::encodeName(text));
+    ::execvp(command.constFirst().constData(), pointers(command).data());
     return { ExitCode::NoProgram,
              QStringLiteral("cannot start '%1': %2")
                      .arg(options.command.constFirst(), QString::fromLocal8Bit(std::strerror(errno))) };

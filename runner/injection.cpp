@@ -6,10 +6,14 @@
 
 namespace Vorkel::Runner {
 
-QString preloadLibrary()
+namespace {
+
+QString libraryPath()
 {
     const QDir here(QCoreApplication::applicationDirPath());
-    for (const QString &folder : { QStringLiteral("../lib"), QStringLiteral("../lib/vorkel"), QStringLiteral(".") }) {
+    for (const QString &folder :
+         { QStringLiteral("../lib"), QStringLiteral("../lib/vorkel"), QStringLiteral(".") })
+    {
         const QString path = here.filePath(folder + QStringLiteral("/libvorkelqtpreload.so"));
         if (QFileInfo::exists(path))
             return QFileInfo(path).canonicalFilePath();
@@ -17,12 +21,23 @@ QString preloadLibrary()
     return QString();
 }
 
-QProcessEnvironment withHook(QProcessEnvironment environment, const QString &library)
+} // namespace
+
+FunctionCallResult<QString> preloadValue(const QProcessEnvironment &environment)
 {
-    const QString variable = QStringLiteral("LD_PRELOAD");
-    const QString present = environment.value(variable);
-    environment.insert(variable, present.isEmpty() ? library : library + u':' + present);
-    return environment;
+    const QString library = libraryPath();
+    if (library.isEmpty()) {
+        return FunctionCallResult<QString>::failure(
+                QStringLiteral("libvorkelqtpreload.so is not where it belongs, in ../lib of this command"));
+    }
+    if (library.contains(u' ') || library.contains(u':')) {
+        return FunctionCallResult<QString>::failure(
+                QStringLiteral(
+                        "cannot preload '%1': the dynamic linker takes no path with a space or a colon")
+                        .arg(library));
+    }
+    const QString present = environment.value(QLatin1String(PreloadVariable));
+    return present.isEmpty() ? library : library + u':' + present;
 }
 
 } // namespace Vorkel::Runner

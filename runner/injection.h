@@ -1,14 +1,17 @@
 #pragma once
 
+#include "shared/functioncallresult.h"
+
 #include <QProcessEnvironment>
 
 namespace Vorkel::Runner {
 
-/// Where the library is that brings the hook into a Qt program; empty when it is not installed
-/// where it belongs, beside or in ../lib of this command.
-[[nodiscard]] QString preloadLibrary();
+/// The variable that names what the dynamic linker loads into every program.
+constexpr char PreloadVariable[] = "LD_PRELOAD";
 
-/// `environment` with `library` preloaded before whatever is preloaded already.
-[[nodiscard]] QProcessEnvironment withHook(QProcessEnvironment environment, const QString &library);
+/// What `PreloadVariable` must be to bring the hook into a Qt program: our library, before whatever
+/// is preloaded already in `environment`. Fails when the library is not where it belongs, in ../lib of
+/// this command, or where the dynamic linker cannot be told to take it from.
+[[nodiscard]] FunctionCallResult<QString> preloadValue(const QProcessEnvironment &environment);
 
 } // namespace Vorkel::Runner

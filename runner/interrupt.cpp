@@ -29,8 +29,11 @@ void setHandlers(void (*handler)(int))
     struct sigaction action = {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
-    for (const int signal : Signals)
-        ::sigaction(signal, &action, nullptr);
+    for (const int signal : Signals) {
+        struct sigaction present = {};
+        if (::sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN)
+            ::sigaction(signal, &action, nullptr);
+    }
 }
 
 } // namespace
@@ -57,7 +60,8 @@ Interrupt::~Interrupt()
 void Interrupt::drain()
 {
     char dropped[64];
-    while (::read(wakeUpPipe[0], dropped, sizeof dropped) > 0) { }
+    while (::read(wakeUpPipe[0], dropped, sizeof dropped) > 0) {
+    }
     emit requested();
 }
 

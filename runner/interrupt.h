@@ -4,8 +4,8 @@
 
 namespace Vorkel::Runner {
 
-/// Turns the signals that ask a command to end (SIGINT, SIGTERM, SIGHUP) into a Qt signal. One
-/// instance at a time.
+/// Turns the signals that ask a command to end (SIGINT, SIGTERM, SIGHUP) into a Qt signal; those
+/// that the caller has us ignore stay ignored. One instance at a time.
 class Interrupt : public QObject
 {
     Q_OBJECT

@@ -20,7 +20,8 @@ constexpr char InfoDetails[] =
 constexpr char CallDetails[] =
         "A CALL is the name of a remote function, with its arguments as JSON in parentheses if it\n"
         "takes any: getPID, 'autInfo(\"environmentVariable\", \"HOME\")'. Prints each reply on a line of\n"
-        "its own. 'send:' before the name sends a one-way message, which gets no reply.\n";
+        "its own. 'send:' before the name sends a one-way message, which gets no reply. A function\n"
+        "that the hook does not know gives null.\n";
 constexpr char InjectDetails[] =
         "For other runners: they set VORKEL_RUNNERID, VORKEL_SERVERADDRESS, VORKEL_PORT and\n"
         "VORKEL_APPID, and the program connects to them. This command becomes the program.\n";
@@ -38,7 +39,8 @@ QString generalHelp()
     QString text = QStringLiteral("Makes Qt 6 programs testable from outside, without rebuilding them.\n\n"
                                   "Usage: vorkel COMMAND [options] -- PROGRAM [ARGUMENT...]\n\nCommands:\n");
     for (const Command &command : Commands) {
-        text += QStringLiteral("  %1 %2\n").arg(QLatin1String(command.info.name), -8)
+        text += QStringLiteral("  %1 %2\n")
+                        .arg(QLatin1String(command.info.name), -8)
                         .arg(QLatin1String(command.info.summary));
     }
     text += QStringLiteral("\n'vorkel COMMAND --help' tells more about one of them.\n\nExit codes:\n");
@@ -71,20 +73,32 @@ int run(const Command &command, const QStringList &arguments)
     return failure.isFailure() ? fail(failure) : 0;
 }
 
+int runNamed(const QString &name, const QStringList &arguments)
+{
+    for (const Command &command : Commands) {
+        if (name == QLatin1String(command.info.name))
+            return run(command, arguments);
+    }
+    return fail({ ExitCode::BadUsage,
+                  name.isEmpty()
+                          ? QStringLiteral("a command is missing. Try 'vorkel --help'.")
+                          : QStringLiteral("there is no command '%1'. Try 'vorkel --help'.").arg(name) });
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments().mid(1);
-    const QString name = arguments.value(0);
-    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help"))
-        return print(generalHelp());
-    for (const Command &command : Commands) {
-        if (name == QLatin1String(command.info.name))
-            return run(command, arguments.mid(1));
-    }
-    return fail({ ExitCode::BadUsage,
-                  name.isEmpty() ? QStringLiteral("a command is missing. Try 'vorkel --help'.")
-                                 : QStringLiteral("there is no command '%1'. Try 'vorkel --help'.").arg(name) });
+    // Qt keeps to itself what it takes for options of its own, but they may be the program's.
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    const QCoreApplication application(argc, argv);
+    const QString name = arguments.isEmpty() ? QString() : arguments.takeFirst();
+    if (name == QLatin1String("--version"))
+        return print(QStringLiteral("vorkel " VORKEL_VERSION "\n"));
+    if (name != QLatin1String("--help") && name != QLatin1String("-h") && name != QLatin1String("help"))
+        return runNamed(name, arguments);
+    return arguments.isEmpty() ? print(generalHelp())
+                               : runNamed(arguments.constFirst(), { QStringLiteral("--help") });
 }

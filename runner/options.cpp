@@ -9,16 +9,17 @@ namespace {
 const QCommandLineOption HostOption(QStringLiteral("host"),
                                     QStringLiteral("Listen on this address instead of 127.0.0.1."),
                                     QStringLiteral("address"), QStringLiteral("127.0.0.1"));
-const QCommandLineOption PortOption(QStringLiteral("port"),
-                                    QStringLiteral("Listen on this port instead of one that the system picks."),
-                                    QStringLiteral("number"), QStringLiteral("0"));
-const QCommandLineOption TimeoutOption(QStringLiteral("timeout"),
-                                       QStringLiteral("Wait this long for the program and for each reply (30)."),
-                                       QStringLiteral("seconds"), QStringLiteral("30"));
-const QCommandLineOption PlatformOption(QStringLiteral("platform"),
-                                        QStringLiteral("Qt's platform plug-in for the program. Without a display in "
-                                                       "the environment it is 'offscreen', else Qt's own choice."),
-                                        QStringLiteral("name"));
+const QCommandLineOption PortOption(
+        QStringLiteral("port"), QStringLiteral("Listen on this port instead of one that the system picks."),
+        QStringLiteral("number"), QStringLiteral("0"));
+const QCommandLineOption TimeoutOption(
+        QStringLiteral("timeout"), QStringLiteral("Wait this long for the program and for each reply (30)."),
+        QStringLiteral("seconds"), QStringLiteral("30"));
+const QCommandLineOption PlatformOption(
+        QStringLiteral("platform"),
+        QStringLiteral("Qt's platform plug-in for the program. Without a display in "
+                       "the environment it is 'offscreen', else Qt's own choice."),
+        QStringLiteral("name"));
 const QCommandLineOption JsonOption(QStringLiteral("json"), QStringLiteral("Print JSON, for tools."));
 
 /// Without a display Qt programs do not start, so they get a platform that needs none.
@@ -81,6 +82,8 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
     options.command = separator < 0 ? QStringList() : arguments.mid(separator + 1);
     if (!parser.parse(QStringList(QStringLiteral("vorkel")) + own)) {
         options.error = parser.errorText();
+        if (options.error.endsWith(u'.'))
+            options.error.chop(1);
         return options;
     }
     options.words = parser.positionalArguments();

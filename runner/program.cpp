@@ -4,6 +4,7 @@
 #include <QStandardPaths>
 
 #include <csignal>
+#include <cstring>
 
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -31,7 +32,7 @@ Program::~Program()
 
 Failure Program::start(const QStringList &command, QProcessEnvironment environment)
 {
-    const QString program = command.first();
+    const QString &program = command.first();
     if (!m_logs.isValid()) {
         return { ExitCode::NoProgram,
                  QStringLiteral("cannot keep the output of '%1': %2").arg(program, m_logs.errorString()) };
@@ -49,8 +50,10 @@ Failure Program::start(const QStringList &command, QProcessEnvironment environme
         ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     });
     m_process.start(program, command.mid(1));
-    if (!m_process.waitForStarted(-1))
-        return { ExitCode::NoProgram, QStringLiteral("cannot start '%1': %2").arg(program, m_process.errorString()) };
+    if (!m_process.waitForStarted(-1)) {
+        const QString reason = m_process.errorString().remove(QLatin1String("execve: "));
+        return { ExitCode::NoProgram, QStringLiteral("cannot start '%1': %2").arg(program, reason) };
+    }
     m_group = m_process.processId();
     return {};
 }
@@ -72,9 +75,12 @@ void Program::end()
 
 QString Program::ending() const
 {
+    const int code = m_process.exitCode();
     return m_process.exitStatus() == QProcess::CrashExit
-            ? QStringLiteral("was ended by a signal")
-            : QStringLiteral("ended with code %1").arg(m_process.exitCode());
+            ? QStringLiteral("was ended by signal %1 (%2)")
+                      .arg(code)
+                      .arg(QString::fromLocal8Bit(::strsignal(code)))
+            : QStringLiteral("ended with code %1").arg(code);
 }
 
 QString Program::lastWords() const

@@ -16,6 +16,7 @@ public:
 
 private:
     void show(const QString &what, int elapsedMs);
+    void erase();
 
     bool m_isTerminal;
     bool m_lineIsOpen = false;

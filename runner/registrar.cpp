@@ -19,7 +19,8 @@ FunctionCallResult<ClientData> Registrar::answerTo(const ClientData &data)
 {
     if (data.clientType != ApplicationClientType) {
         return FunctionCallResult<ClientData>::failure(
-                QStringLiteral("Only applications are served here, not clients of type %1").arg(data.clientType));
+                QStringLiteral("Only applications are served here, not clients of type %1")
+                        .arg(data.clientType));
     }
     ClientData answer = data;
     answer.id = m_nextAddress++;

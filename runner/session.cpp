@@ -3,6 +3,7 @@
 #include "injection.h"
 
 #include <QEventLoop>
+#include <QScopeGuard>
 #include <QTimer>
 
 namespace Vorkel::Runner {
@@ -38,9 +39,10 @@ Failure Session::listen()
     return result.isOk() ? Failure() : Failure { ExitCode::CannotListen, result.error() };
 }
 
-QProcessEnvironment Session::programEnvironment(const QString &library) const
+QProcessEnvironment Session::programEnvironment(const QString &preload) const
 {
-    QProcessEnvironment environment = withHook(QProcessEnvironment::systemEnvironment(), library);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(PreloadVariable), preload);
     environment.insert(QStringLiteral("VORKEL_RUNNERID"), QString::number(Protocol::ServerAddress));
     environment.insert(QStringLiteral("VORKEL_SERVERADDRESS"), m_settings.host);
     environment.insert(QStringLiteral("VORKEL_PORT"), QString::number(m_server.port()));
@@ -53,21 +55,20 @@ QProcessEnvironment Session::programEnvironment(const QString &library) const
 
 Failure Session::start(const QStringList &command)
 {
-    const QString library = preloadLibrary();
-    if (library.isEmpty()) {
-        return { ExitCode::NoProgram,
-                 QStringLiteral("libvorkelqtpreload.so is not where it belongs, in ../lib of this command") };
-    }
+    const auto preload = preloadValue(QProcessEnvironment::systemEnvironment());
+    if (!preload.isOk())
+        return { ExitCode::NoProgram, preload.error() };
     if (const Failure failure = listen(); failure.isFailure())
         return failure;
     m_sinceStart.start();
-    if (const Failure failure = m_program.start(command, programEnvironment(library)); failure.isFailure())
+    if (const Failure failure = m_program.start(command, programEnvironment(preload.value()));
+        failure.isFailure())
         return failure;
     const Failure failure = waitUntil(QStringLiteral("%1 to connect").arg(command.first()),
                                       [this] { return m_application != nullptr; });
     if (failure.isFailure())
         return failure;
-    return waitUntil(QStringLiteral("%1 to run").arg(command.first()),
+    return waitUntil(QStringLiteral("%1 to reach its event loop").arg(command.first()),
                      [this] { return m_application->stage() == Application::Stage::Ready; });
 }
 
@@ -112,7 +113,10 @@ Failure Session::call(const QString &name, const ArgumentList &arguments, Argume
 
 Failure Session::send(const QString &name, const ArgumentList &arguments)
 {
-    return m_application->send(name, arguments) ? Failure() : whyNot();
+    if (m_application->send(name, arguments))
+        return {};
+    const Failure lost = whyNot();
+    return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, QStringLiteral("could not be sent") };
 }
 
 /// Why what is waited for can no longer happen.
@@ -127,19 +131,29 @@ Failure Session::whyNot()
     // The connection goes a moment before the process does.
     const QString how = m_program.awaitEnd(EndAfterConnectionMs) ? m_program.ending()
                                                                  : QStringLiteral("closed the connection");
+    const bool ready = m_application->stage() == Application::Stage::Ready;
+    const QString when = ready ? QString() : QStringLiteral(" before it reached its event loop");
     return { ExitCode::ConnectionLost,
-             withLastWords(QStringLiteral("'%1' %2").arg(m_application->name(), how)) };
+             withLastWords(QStringLiteral("'%1' %2").arg(m_application->name(), how) + when) };
 }
 
 Failure Session::endedBeforeConnecting() const
 {
-    if (m_program.isKnownToLackQt()) {
-        return { ExitCode::NoQtProgram,
-                 QStringLiteral("'%1' is no dynamically linked Qt 6 program: it does not load libQt6Core.so.6")
-                         .arg(m_program.name()) };
-    }
-    return { ExitCode::EndedEarly,
-             withLastWords(QStringLiteral("'%1' %2 before it connected").arg(m_program.name(), m_program.ending())) };
+    if (m_program.isKnownToLackQt())
+        return lacksQt(QStringLiteral("before it ") + m_program.ending());
+    return {
+        ExitCode::EndedEarly,
+        withLastWords(QStringLiteral("'%1' %2 before it connected").arg(m_program.name(), m_program.ending()))
+    };
+}
+
+/// A program without Qt may still have started one with it.
+Failure Session::lacksQt(const QString &until) const
+{
+    return { ExitCode::NoQtProgram,
+             withLastWords(QStringLiteral("'%1' is no dynamically linked Qt 6 program (it does not load "
+                                          "libQt6Core.so.6), and nothing connected %2")
+                                   .arg(m_program.name(), until)) };
 }
 
 QString Session::withLastWords(const QString &text) const
@@ -150,10 +164,11 @@ QString Session::withLastWords(const QString &text) const
 
 Failure Session::timedOut(const QString &what) const
 {
+    const QString limit = QString::number(m_settings.timeoutMs / 1000.0);
     if (!m_application && m_program.isKnownToLackQt())
-        return endedBeforeConnecting();
-    return { ExitCode::NeverConnected,
-             QStringLiteral("waited %1 s in vain for %2").arg(m_settings.timeoutMs / 1000.0).arg(what) };
+        return lacksQt(QStringLiteral("within %1 s").arg(limit));
+    const QString text = QStringLiteral("waited %1 s in vain for %2").arg(limit, what);
+    return { ExitCode::NeverConnected, m_application ? text : withLastWords(text) };
 }
 
 Failure Session::waitUntil(const QString &what, const std::function<bool()> &happened)
@@ -164,6 +179,7 @@ Failure Session::waitUntil(const QString &what, const std::function<bool()> &hap
     QElapsedTimer elapsed;
     elapsed.start();
     connect(&ticks, &QTimer::timeout, this, [&] { emit waiting(what, static_cast<int>(elapsed.elapsed())); });
+    const auto tellEnd = qScopeGuard([this] { emit waited(); });
     while (!happened()) {
         if (const Failure failure = whyNot(); failure.isFailure())
             return failure;

@@ -57,13 +57,16 @@ public:
 signals:
     /// While something is waited for: what for, and for how long already.
     void waiting(const QString &what, int elapsedMs);
+    /// It is waited for no longer.
+    void waited();
 
 private:
     Failure listen();
-    [[nodiscard]] QProcessEnvironment programEnvironment(const QString &library) const;
+    [[nodiscard]] QProcessEnvironment programEnvironment(const QString &preload) const;
     Failure waitUntil(const QString &what, const std::function<bool()> &happened);
     Failure whyNot();
     Failure endedBeforeConnecting() const;
+    Failure lacksQt(const QString &until) const;
     [[nodiscard]] QString withLastWords(const QString &text) const;
     Failure timedOut(const QString &what) const;
     void takeIn(AsyncMessageChannel *channel, const ClientData &data);

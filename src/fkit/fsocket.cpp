@@ -259,14 +259,14 @@ int FSocket::readBlock(char *buffer, int length)
     return static_cast<int>(result);
 }
 
-int FSocket::writeBlock(const char *buffer, int length)
+int FSocket::writeBlock(const char *buffer, int length, bool moreFollows)
 {
     if (!isValid() || (!buffer && length != 0))
         return -1;
     const int piece = std::min({ std::max(2 * sendBufferSize(), MinWritePiece), MaxWritePiece, length });
-    const ssize_t result = retried([&]() -> ssize_t {
-        return ::send(m_descriptor, buffer, static_cast<size_t>(piece), MSG_NOSIGNAL);
-    });
+    const int flags = moreFollows ? MSG_NOSIGNAL | MSG_MORE : MSG_NOSIGNAL;
+    const ssize_t result = retried(
+            [&]() -> ssize_t { return ::send(m_descriptor, buffer, static_cast<size_t>(piece), flags); });
     return result == -1 ? transferFailed() : static_cast<int>(result);
 }
 

@@ -83,8 +83,9 @@ public:
     /// failure, or nothing to read on a socket that does not block.
     [[nodiscard]] int readBlock(char *buffer, int length);
     /// Writes up to `length` bytes; the result is as for `readBlock`. One call writes a bounded
-    /// piece, so the caller goes on with the rest.
-    [[nodiscard]] int writeBlock(const char *buffer, int length);
+    /// piece, so the caller goes on with the rest. With `moreFollows` the system may keep what is
+    /// written for a moment, to send it together with what is written next.
+    [[nodiscard]] int writeBlock(const char *buffer, int length, bool moreFollows = false);
     /// Bytes that can be read without blocking; 0 also at the end of the stream, -1 on failure.
     [[nodiscard]] int bytesAvailable() const;
     /// Waits up to `ms` milliseconds (negative: without limit) for something to read, and returns

@@ -17,6 +17,11 @@ using Protocol::MessageType;
 
 namespace {
 
+QString destroyedText()
+{
+    return QStringLiteral("IPC destroyed");
+}
+
 /// Shakes hands for `AsyncIPC::connectTo` and turns the outcome into an endpoint.
 class ConnectingHandshake : public IPCHandshake
 {
@@ -57,7 +62,8 @@ AsyncIPC::AsyncIPC(AsyncMessageChannel *channel, const ClientData &data, IPCResp
 
 AsyncIPC::~AsyncIPC()
 {
-    cancelOutgoingCalls(QStringLiteral("IPC destroyed"));
+    m_isEnding = true;
+    cancelOutgoingCalls(destroyedText());
     for (ChunkedMessageReceiver *receiver : std::exchange(m_incomplete, {}))
         receiver->detach();
     for (IncomingCall *call : std::exchange(m_servedCalls, {}))
@@ -100,7 +106,8 @@ int AsyncIPC::newTransId()
     return m_lastTransId;
 }
 
-/// The failure text, empty when all of the message went out.
+/// The failure text, empty when all of the message went out. Inside one process the receiver acts before
+/// this returns, and may destroy the endpoint.
 QString AsyncIPC::sendMessage(const Protocol::Header &header,
                               const std::function<void(QDataStream &)> &writeBody)
 {
@@ -120,13 +127,14 @@ int AsyncIPC::send(const QString &name, const ArgumentList &arguments)
 
 int AsyncIPC::send(FUInt32 destination, const QString &name, const ArgumentList &arguments)
 {
+    const QPointer<AsyncIPC> guard(this);
     const int transId = newTransId();
     const QString error =
             sendMessage(headerFor(destination, transId, MessageType::Send, 0), [&](QDataStream &stream) {
                 stream << name;
                 writeArguments(stream, arguments);
             });
-    return error.isEmpty() && isOpen() ? transId : -1;
+    return guard && error.isEmpty() && isOpen() ? transId : -1;
 }
 
 int AsyncIPC::asyncCall(const QString &name, const ArgumentList &arguments,
@@ -144,6 +152,12 @@ int AsyncIPC::asyncCall(FUInt32 destination, const QString &name, const Argument
 int AsyncIPC::asyncCall(FUInt32 destination, const QString &name, const ArgumentList &arguments,
                         ResponseListener<ArgumentList> *listener, int timeoutMs)
 {
+    if (m_isEnding) {
+        // A listener that has just been told so calls again.
+        listener->response(FunctionCallResult<ArgumentList>::failure(destroyedText()));
+        return -1;
+    }
+    const QPointer<AsyncIPC> guard(this);
     const int transId = newTransId();
     // Awaited before it is sent: inside one process the reply is there before the send returns.
     auto *reply = new IncomingReply(this, transId, destination, listener);
@@ -153,6 +167,8 @@ int AsyncIPC::asyncCall(FUInt32 destination, const QString &name, const Argument
                 stream << name;
                 writeArguments(stream, arguments);
             });
+    if (!guard)
+        return -1;
     if (isCallCompleted(transId))
         return transId;
     if (!error.isEmpty())
@@ -176,6 +192,7 @@ void AsyncIPC::callReply(FUInt32 caller, FInt32 callId, const ArgumentList &valu
 
 void AsyncIPC::callReply(FUInt32 caller, FInt32 callId, const FunctionCallResult<ArgumentList> &result)
 {
+    const QPointer<AsyncIPC> guard(this);
     const FUInt32 flags = result.isOk() ? FUInt32(0) : Protocol::ErrorFlag;
     (void)sendMessage(headerFor(caller, callId, MessageType::Reply, flags), [&](QDataStream &stream) {
         if (result.isOk())
@@ -183,7 +200,7 @@ void AsyncIPC::callReply(FUInt32 caller, FInt32 callId, const FunctionCallResult
         else
             stream << result.error();
     });
-    if (!isOpen())
+    if (guard && !isOpen())
         VORKEL_TRACE("IPC", "Failed to send call return value ");
 }
 

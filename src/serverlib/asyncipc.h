@@ -125,6 +125,7 @@ private:
     QSet<IncomingCall *> m_servedCalls;
     int m_defaultCallTimeout = 300000;
     int m_lastTransId = 0;
+    bool m_isEnding = false;
     ClientData m_clientData;
     AsyncMessageChannel *m_channel;
     IPCResponseHandlerIface *m_handler;

@@ -1,7 +1,5 @@
 #include "serverlib/chunkedmessagesender.h"
 
-#include "serverlib/messagechannel.h"
-
 #include <algorithm>
 #include <cstring>
 
@@ -53,7 +51,6 @@ bool ChunkedMessageSender::startCompressing()
         return false;
     }
     m_compressing = true;
-    m_output = QByteArray(ChunkLength, Qt::Uninitialized);
     resetOutput();
     // Only the first fill holds room for a header.
     m_zlib.next_in = reinterpret_cast<const Bytef *>(m_input.constData()) + HeaderLength;
@@ -114,13 +111,15 @@ void ChunkedMessageSender::close()
 
 void ChunkedMessageSender::resetOutput()
 {
+    m_output = QByteArray(ChunkLength, Qt::Uninitialized);
     m_zlib.next_out = reinterpret_cast<Bytef *>(m_output.data()) + HeaderLength;
     m_zlib.avail_out = ChunkLength - HeaderLength;
 }
 
 bool ChunkedMessageSender::sendOutput(qsizetype length, FUInt32 flags)
 {
-    if (!enqueue(m_output.first(length), flags))
+    m_output.truncate(length);
+    if (!enqueue(std::move(m_output), flags))
         return false;
     resetOutput();
     return true;
@@ -131,7 +130,9 @@ bool ChunkedMessageSender::enqueue(QByteArray chunk, FUInt32 flags)
     Protocol::Header header = m_header;
     header.flags |= flags;
     Protocol::writeHeader(chunk.data(), header);
-    if (m_channel->enqueueMessage(std::move(chunk)))
+    if (m_channel && (flags & Protocol::MoreChunks))
+        m_channel->setMoreFollows();
+    if (m_channel && m_channel->enqueueMessage(std::move(chunk)))
         return true;
     fail(QStringLiteral("Failed enqueing message chunk"));
     return false;

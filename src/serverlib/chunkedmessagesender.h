@@ -1,15 +1,15 @@
 #pragma once
 
+#include "serverlib/messagechannel.h"
 #include "serverlib/protocol.h"
 
 #include <QByteArray>
 #include <QIODevice>
+#include <QPointer>
 
 #include <zlib.h>
 
 namespace Vorkel {
-
-class AsyncMessageChannel;
 
 /// The body of one outgoing message as a device to write to.
 ///
@@ -41,7 +41,7 @@ private:
     [[nodiscard]] bool enqueue(QByteArray chunk, FUInt32 flags);
     void fail(const QString &text);
 
-    AsyncMessageChannel *m_channel;
+    QPointer<AsyncMessageChannel> m_channel; // inside one process a chunk's receiver may destroy it
     Protocol::Header m_header;
     QByteArray m_input;
     QByteArray m_output;

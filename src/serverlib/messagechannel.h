@@ -8,6 +8,7 @@
 #include <QObject>
 
 #include <string>
+#include <utility>
 
 namespace Vorkel {
 
@@ -34,10 +35,21 @@ public:
     /// Ends the channel from this side; no `channelClosed` follows.
     virtual void close() = 0;
 
+    /// Tells that the next message will have another right behind it, so that the channel may hold it
+    /// back for a moment and send both together.
+    void setMoreFollows() { m_moreFollows = true; }
+
 signals:
     void messageArrived(const QByteArray &message);
     /// The channel has ended, and not by `close()`. Emitted once.
     void channelClosed();
+
+protected:
+    /// Whether `setMoreFollows` was called for the message that is being sent.
+    [[nodiscard]] bool takeMoreFollows() { return std::exchange(m_moreFollows, false); }
+
+private:
+    bool m_moreFollows = false;
 };
 
 /// A channel on which one can also wait.

@@ -21,6 +21,8 @@ constexpr int MinSocketBuffer = 49152;
 constexpr int WriteLimitMs = 10000;
 /// How long one write may block before the write limit is looked at again.
 constexpr int WriteSliceMs = 500;
+/// Messages may be kept for long, so a buffer with more room to spare is not handed on as one.
+constexpr int MaxRoomToSpare = 8192;
 constexpr int ConnectLimitMs = 10000;
 constexpr int CloseLimitMs = 30000;
 constexpr auto RestAfterEmptyWakeUp = 1ms;
@@ -112,20 +114,20 @@ bool TCPMessageChannel::enqueueMessage(QByteArray message)
     }
     if (!m_socket->isOpen())
         return false;
-    if (sendAll(message.constData(), message.size()))
+    if (sendAll(message.constData(), message.size(), takeMoreFollows()))
         return true;
     endAfterFailedWrite();
     return false;
 }
 
-bool TCPMessageChannel::sendAll(const char *data, qsizetype length)
+bool TCPMessageChannel::sendAll(const char *data, qsizetype length, bool moreFollows)
 {
     QElapsedTimer timer;
     timer.start();
     qsizetype offset = 0;
     while (m_socket->isValid()) {
         const auto rest = static_cast<int>(std::min<qsizetype>(length - offset, INT_MAX));
-        const int written = m_socket->writeBlock(data + offset, rest);
+        const int written = m_socket->writeBlock(data + offset, rest, moreFollows);
         if (written > 0) {
             offset += written;
             if (offset == length)
@@ -217,7 +219,8 @@ bool TCPMessageChannel::processSingleMessage(QByteArray *out)
     }
     if (static_cast<quint64>(m_readBuffer.size()) < length)
         return false;
-    if (static_cast<quint64>(m_readBuffer.size()) == length) {
+    const bool isFilled = m_readBuffer.capacity() - m_readBuffer.size() <= MaxRoomToSpare;
+    if (isFilled && static_cast<quint64>(m_readBuffer.size()) == length) {
         *out = std::exchange(m_readBuffer, QByteArray());
     } else {
         *out = m_readBuffer.first(length);

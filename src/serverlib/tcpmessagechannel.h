@@ -57,7 +57,7 @@ private:
     enum class Dispatch { Ended, NothingArrived, Delivered };
 
     Dispatch dispatchArrived();
-    [[nodiscard]] bool sendAll(const char *data, qsizetype length);
+    [[nodiscard]] bool sendAll(const char *data, qsizetype length, bool moreFollows);
     void dropConnection();
     void reportEnd();
     void endAfterFailedWrite();

@@ -17,22 +17,22 @@ import sys
 # lies in decides.
 # fmt: off
 ROWS = [
-    ("quellog",                 "",                                              ""),
-    ("src/fkit",                "",                                              "QtCore network"),
-    ("src/shared",              "src/fkit",                                      "QtCore"),
-    ("src/shared/geometry",     "",                                              "QtCore"),
-    ("src/shared/uiabstraction", "",                                             "QtCore QtGui"),
-    ("src/serverlib",           "src/fkit src/shared",                           "QtCore zlib"),
-    ("src/objectmodel",         "src/fkit src/shared src/shared/geometry",       "QtCore"),
-    ("src/hook/platform",       "src/fkit src/shared src/shared/geometry",       "QtCore QtGui"),
-    ("src/hook",                "src/*",                                         "QtCore QtGui"),
-    ("plugins/xlib",            "src/hook/platform src/shared src/shared/geometry", "QtCore xlib"),
-    ("wrappers/qt",             "src/*",                                         "Qt*"),
-    ("runner",                  "src/serverlib src/fkit src/shared*",            "Qt*"),
-    ("examples",                "src/*",                                         "*"),
-    ("bench",                   "src/* quellog tests",                           "*"),
-    ("fuzz",                    "src/* quellog tests",                           "*"),
-    ("tests",                   "src/* quellog runner wrappers/qt",              "*"),
+    ("quellog",                  "",                                                 ""),
+    ("src/fkit",                 "",                                                 "QtCore network"),
+    ("src/shared",               "src/fkit",                                         "QtCore"),
+    ("src/shared/geometry",      "",                                                 "QtCore"),
+    ("src/shared/uiabstraction", "",                                                 "QtCore QtGui"),
+    ("src/serverlib",            "src/fkit src/shared",                              "QtCore zlib"),
+    ("src/objectmodel",          "src/fkit src/shared src/shared/geometry",          "QtCore"),
+    ("src/hook/platform",        "src/fkit src/shared src/shared/geometry",          "QtCore QtGui"),
+    ("src/hook",                 "src/*",                                            "QtCore QtGui"),
+    ("plugins/xlib",             "src/hook/platform src/shared src/shared/geometry", "QtCore xlib"),
+    ("wrappers/qt",              "src/*",                                            "Qt*"),
+    ("runner",                   "src/serverlib src/fkit src/shared*",               "Qt*"),
+    ("examples",                 "src/*",                                            "*"),
+    ("bench",                    "src/* quellog tests examples",                     "*"),
+    ("fuzz",                     "src/* quellog tests",                              "*"),
+    ("tests",                    "src/* quellog runner wrappers/qt examples",        "*"),
 ]
 
 # Files that may include more than their folder: file, the one thing it may include besides.

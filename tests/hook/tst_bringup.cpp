@@ -1,0 +1,122 @@
+#include "hook/autprocess.h"
+#include "hook/hook.h"
+#include "hook/wrapper.h"
+#include "support/fakerunner.h"
+#include "support/recorders.h"
+
+#include <QPointer>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using Vorkel::Hook;
+
+namespace {
+
+class TinyWrapper : public Vorkel::Wrapper
+{
+public:
+    std::function<void()> onDescriptor;
+
+    QString name() const override { return u"tiny"_s; }
+    void parseDescriptorData(const QByteArray &) override { onDescriptor(); }
+};
+
+/// A runner that has sent the messages that bring-up waits for.
+struct Script
+{
+    FakeRunner runner;
+    FSocket *socket = runner.connectedSocket();
+    TinyWrapper wrapper;
+    LogCapture log;
+
+    explicit Script(const QString &last)
+    {
+        qputenv("VORKEL_RUNNERID", "7");
+        qputenv("VORKEL_APPID", "9");
+        runner.write(Bytes::handshake({ 9, 7, 4, u"app"_s })
+                     + Bytes::message({ 9, Bytes::Send, 1 }, Bytes::invocation(last)));
+    }
+    [[nodiscard]] QPointer<Hook> create()
+    {
+        return Hook::createHookForConnection(socket, &wrapper, new Vorkel::AUTProcess, nullptr, 3);
+    }
+};
+
+} // namespace
+
+/// A hook on a socket that is connected already, and the turns its end can take inside one process.
+class tst_bringup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void takesConnection();
+    void needsRunnerId();
+    void outlivesItsConstructor();
+    void goesInsideNestedWait();
+};
+
+void tst_bringup::takesConnection()
+{
+    Script script(u"initDone"_s);
+    const std::unique_ptr<Hook> hook(script.create());
+    QVERIFY(hook && hook.get() == Hook::hook && hook->appId() == 9 && hook->hookFlags() == 3);
+    hook->addWrapper(&script.wrapper);
+    hook->addWrapper(nullptr);
+    QCOMPARE(hook->wrappers(), QList<Vorkel::Wrapper *> { &script.wrapper });
+    for (int i = 0; i < 2; ++i)
+        hook->notifyApplicationExit();
+    hook->send(u"end"_s, {});
+    QStringList heard;
+    while (!heard.endsWith(u"send 9>1 end()"_s))
+        heard << Bytes::told(script.runner.readMessage());
+    QCOMPARE(heard.filter(u"appAboutToExit"_s), QStringList { u"send 9>7 appAboutToExit(9)"_s });
+}
+
+void tst_bringup::needsRunnerId()
+{
+    Script script(u"nothing"_s);
+    qputenv("VORKEL_RUNNERID", "-7");
+    qunsetenv("VORKEL_APPID");
+    const std::unique_ptr<Hook> hook(script.create());
+    QCOMPARE(hook->runnerId(), 0);
+    QCOMPARE(script.log.takeLines(),
+             (QStringList {
+                     u"VORKEL_RUNNERID was not set, set to an empty string or is not a positive number"_s,
+                     u"VORKEL_APPID was not set or set to a null string"_s }));
+}
+
+// The connection ends inside an event loop that a handler runs while the constructor is on the stack.
+void tst_bringup::outlivesItsConstructor()
+{
+    Script script(u"objectDescriptorData"_s);
+    script.runner.write(
+            Bytes::message({ 9, Bytes::Send, 1 }, Bytes::invocation(u"objectDescriptorData"_s, { 1 })));
+    script.runner.halfClose();
+    script.wrapper.onDescriptor = [] {
+        QTRY_COMPARE(Hook::hook->send(u"anybody"_s, {}), -1);
+        for (int i = 0; i < 10; ++i)
+            QCoreApplication::processEvents();
+    };
+    const QPointer<Hook> hook = script.create();
+    QVERIFY(hook);
+    QCOMPARE(script.log.takeLines().last(),
+             u"Connection is closed during AUT initialization, aborting hookup"_s);
+    QTRY_VERIFY(!hook && !Hook::hook);
+}
+
+void tst_bringup::goesInsideNestedWait()
+{
+    Script script(u"initDone"_s);
+    const QPointer<Hook> hook = script.create();
+    // Three messages went out before this call.
+    const QStringList environment { u"A=1"_s, u"B="_s };
+    script.runner.write(Bytes::message({ 9, Bytes::Reply, 1, 4 }, Bytes::arguments({ environment })));
+    QCOMPARE(hook->getClientEnvironment(), environment);
+    script.runner.halfClose();
+    QCOMPARE(hook->getClientEnvironment(), QStringList());
+    QTRY_VERIFY(!hook && !Hook::hook);
+}
+
+QTEST_GUILESS_MAIN(tst_bringup)
+#include "tst_bringup.moc"

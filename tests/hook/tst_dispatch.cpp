@@ -1,0 +1,245 @@
+#include "hook/autprocess.h"
+#include "hook/hook.h"
+#include "hook/remotefunctions.h"
+#include "serverlib/nullmessagechannel.h"
+#include "support/recorders.h"
+
+#include <QMap>
+#include <QSet>
+#include <QTest>
+
+#include <memory>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using Vorkel::ArgumentList;
+using Vorkel::Hook;
+
+namespace {
+
+constexpr int Any = 99;
+
+/// The remote functions by what they are and how many arguments they take.
+struct Group
+{
+    char kind; // Call, Send, or call answered Later
+    int least;
+    int most;
+    const char *names;
+};
+
+// clang-format off
+constexpr Group Groups[] = {
+    {'C', 0, Any, "numClasses numNamespaces getUsedMemory getTotalTime getPID getCWD readStdout readStderr getOSName "
+                  "desktopScreenshot dumpObject launcherInit nativeCapabilities"},
+    {'C', 0, 0,   "allClasses allNamespaces getVoidObject getLastError getUnmatchedProperties"},
+    {'C', 1, Any, "autInfo fetchPropertyValuesAsString fetchObjectComponents objectHasComponents"},
+    {'C', 1, 1,   "numObjects objectName qualifiedObjectName objectToDebugString objectToInteger objectToInt64 "
+                  "objectToString objectToDouble objectToBoolean objectIsNull objectFind objectReady objectReady2 "
+                  "objectGlobalBounds objectReference objectDereference objects spyObjects createNull "
+                  "getObjectAttribute testDataGet testDataRemove testDataExists supportsHighlight getPixmapAsImage "
+                  "setError parent rawScrollEvent"},
+    {'C', 1, 2,   "highlightObject"},
+    {'C', 2, Any, "invoke construct convertName"},
+    {'C', 2, 2,   "objectByName objectByIndex getProperty objectFromInteger objectFromInt64 objectFromString "
+                  "objectFromDouble objectFromBoolean objectCompare getObjectItemIfReady getObjectItemIfReady2 "
+                  "objectCastTo createPrimitive addPropertyDelegate setUniqueProperty setExtensionCode "
+                  "setMouseTracking setRecordMouseDrag setAllowKeyEventCompression enableEventCompression "
+                  "addToObjectMap installEventHandler3 uninstallEventHandler3 setRecorderFilter keyPress rawKeyEvent "
+                  "configureBinaryStream"},
+    {'C', 3, 3,   "setProperty convertToInterface testDataPut installEventHandler1 uninstallEventHandler1 "
+                  "installEventHandler2 uninstallEventHandler2 getObjectItemByRowColIfReady "
+                  "getObjectItemByRowColIfReady2 grabObjectScreenshot"},
+    {'C', 4, 4,   "canConvertTo convertTo rawKeycodeEvent"},
+    {'C', 5, 5,   "rawMouseEvent"},
+    {'C', 6, 6,   "rawTouchEvent"},
+    {'C', 8, 8,   "mousePress"},
+    {'L', 1, 1,   "rawScreenshot"},
+    {'L', 1, Any, "getExtraKeys"},
+    {'L', 3, 3,   "recordScreen"},
+    {'S', 0, 0,   "initDone exitDone testDataCleanup kill ping setDisableEventCompression endRecordAndExit "
+                  "requestAnswer callBackCompleted clearHighlight close stopRecord"},
+    {'S', 1, Any, "setObjectMap setEventRecordingEnabled objectDescriptorData setRecorderId testSuiteVersion"},
+    {'S', 1, 1,   "remoteObjectDestroyed blockGUI setSpyId setRunnerId namingScheme inspecting startSpying "
+                  "stopSpying stopBinaryStream pauseBinaryStream reasumeBinaryStream"},
+    {'S', 2, Any, "sendEvent"},
+    {'S', 2, 2,   "spyGUI binaryStreamBytesReceived"},
+};
+
+/// What a wrong count gives where the name does not tell; "=" marks a reply.
+const QMap<QString, const char *> oddTexts = {
+    {u"objects"_s,               "Hook::handleCall: F_Object: wrong number of arguments"},
+    {u"spyObjects"_s,            "Hook::handleCall: spyObjects: wrong number of arguments"},
+    {u"objectCastTo"_s,          "Hook::handleCall: F_ObjectCast: wrong number of arguments"},
+    {u"objectReady2"_s,          "Hook::handleCall: F_ObjectReady: wrong number of arguments"},
+    {u"setRecorderFilter"_s,     "Hook::handleCall: F_SetRecordFilter: wrong number of arguments"},
+    {u"namingScheme"_s,          "Hook::handleSend: F_SetNamingScheme: wrong number of arguments"},
+    {u"keyPress"_s,              "Hook::handleCall: F_KeyPress: number of arguments is wrong"},
+    {u"mousePress"_s,            "Hook::handleCall: F_MousePress: number of arguments is wrong"},
+    {u"rawMouseEvent"_s,         "=Hook::handleCall: F_RawMouseEvent: wrong number of arguments"},
+    {u"rawScrollEvent"_s,        "=Hook::handleCall: F_RawMouseEvent: wrong number of arguments"},
+    {u"rawKeycodeEvent"_s,       "=Hook::handleCall: F_RawKeyEvent: wrong number of arguments"},
+    {u"rawKeyEvent"_s,           "=Hook::handleCall: F_RawKeyEvent: wrong number of arguments"},
+    {u"rawTouchEvent"_s,         "=Hook::handleCall: F_RawTouchEvent: wrong number of arguments"},
+    {u"configureBinaryStream"_s, "=Hook::handleSend: F_ConfigureBinaryStream: wrong number of arguments"},
+};
+
+/// The functions that are served already.
+const QSet<QString> served = {
+    u"getUsedMemory"_s, u"getTotalTime"_s, u"getPID"_s, u"getCWD"_s, u"readStdout"_s, u"readStderr"_s, u"getOSName"_s,
+    u"getLastError"_s, u"autInfo"_s, u"setError"_s, u"configureBinaryStream"_s,
+};
+// clang-format on
+
+QString label(const QString &name)
+{
+    return u"F_"_s + name.at(0).toUpper() + name.mid(1);
+}
+
+QString wrongCountText(char kind, const QString &name)
+{
+    if (oddTexts.contains(name))
+        return QString::fromLatin1(oddTexts.value(name));
+    return u"Hook::%1: %2: wrong number of arguments"_s.arg(kind == 'S' ? u"handleSend"_s : u"handleCall"_s,
+                                                            label(name));
+}
+
+ArgumentList numbers(int count)
+{
+    ArgumentList arguments;
+    for (int i = 0; i < count; ++i)
+        arguments << i;
+    return arguments;
+}
+
+} // namespace
+
+class tst_dispatch : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void knowsEveryName_data();
+    void knowsEveryName();
+    void leavesOtherNamesAlone();
+    void answers();
+
+private:
+    QVariant call(const QString &name, const ArgumentList &arguments = {})
+    {
+        return m_hook->handleCall(1, name, arguments);
+    }
+    void send(const QString &name, const ArgumentList &arguments = {})
+    {
+        m_hook->handleSend(1, name, arguments);
+    }
+
+    std::unique_ptr<LogCapture> m_log;
+    Hook *m_hook = nullptr;
+};
+
+// A hook without a runner: what arrives is handed to it here.
+void tst_dispatch::init()
+{
+    m_log = std::make_unique<LogCapture>();
+    m_hook = new Hook(new Vorkel::IPC(new Vorkel::NullMessageChannel, {}, nullptr, nullptr), Hook::NoRunner,
+                      nullptr, new Vorkel::AUTProcess, nullptr, 0);
+}
+
+void tst_dispatch::cleanup()
+{
+    delete m_hook;
+    QVERIFY(!Hook::hook);
+    m_log.reset();
+}
+
+void tst_dispatch::knowsEveryName_data()
+{
+    QTest::addColumn<char>("kind");
+    QTest::addColumn<int>("least");
+    QTest::addColumn<int>("most");
+    QSet<QByteArray> names;
+    for (const Group &group : Groups) {
+        for (const QByteArray &name : QByteArray(group.names).split(' ')) {
+            QTest::newRow(name.constData()) << group.kind << group.least << group.most;
+            names << name;
+        }
+    }
+    QCOMPARE(names.size(), 131);
+}
+
+// Every number of arguments, in every way the message can come.
+void tst_dispatch::knowsEveryName()
+{
+    QFETCH(char, kind);
+    QFETCH(int, least);
+    QFETCH(int, most);
+    const QString name = QString::fromLatin1(QTest::currentDataTag());
+    const QStringList unhandled { u"Hook::handleCall: unhandled function "_s + name };
+    const QString wrong = wrongCountText(kind, name);
+    for (int count = 0; count < 10; ++count) {
+        const bool accepted = least <= count && count <= most;
+        RecordingListener listener;
+        m_hook->handleCall(1, name, numbers(count), &listener);
+        QCOMPARE(listener.outcomes.size(), 1);
+        const QString answer = listener.outcomes.first();
+        const QStringList logged = m_log->takeLines();
+        if (kind == 'S' || (accepted && !served.contains(name))) {
+            QCOMPARE(answer, u"ok "_s);
+            QCOMPARE(logged, unhandled);
+        } else if (accepted) {
+            QVERIFY(!logged.contains(unhandled.first()) && !logged.contains(wrong));
+        } else {
+            QCOMPARE(answer,
+                     kind == 'L'                      ? u"failed "_s + wrong
+                             : wrong.startsWith(u'=') ? u"ok "_s + wrong.mid(1)
+                                                      : u"ok "_s);
+            QCOMPARE(logged, kind == 'L' || wrong.startsWith(u'=') ? QStringList() : QStringList { wrong });
+        }
+        if (kind == 'L')
+            QCOMPARE(call(name, numbers(count)),
+                     QVariant(u"Internal error: synchronous call to "_s + label(name)));
+        send(name, numbers(count));
+        QCOMPARE(m_log->takeLines(), kind == 'S' && !accepted ? QStringList { wrong } : QStringList());
+    }
+}
+
+void tst_dispatch::leavesOtherNamesAlone()
+{
+    for (const QString &name : { u""_s, QString(), u"nothing"_s, u"GetPID"_s, u"getPID "_s }) {
+        QVERIFY(!call(name).isValid());
+        QCOMPARE(m_log->takeLines(), QStringList { u"Hook::handleCall: unhandled function "_s + name });
+        send(name);
+        QVERIFY(m_log->takeLines().isEmpty());
+    }
+}
+
+void tst_dispatch::answers()
+{
+    QCOMPARE(call(u"getPID"_s), QVariant(int(::getpid())));
+    QCOMPARE(call(u"getCWD"_s), QVariant(QDir::currentPath()));
+    QCOMPARE(call(u"getUsedMemory"_s).typeId(), int(QMetaType::LongLong));
+    QCOMPARE(call(u"getTotalTime"_s).typeId(), int(QMetaType::LongLong));
+    QCOMPARE(call(u"autInfo"_s, { u"arguments"_s }), QVariant(QCoreApplication::arguments()));
+    QCOMPARE(call(u"autInfo"_s, { u"startTime"_s }).typeId(), int(QMetaType::ULongLong));
+    QCOMPARE(m_log->takeLines(), QStringList());
+    QVERIFY(!call(u"autInfo"_s, { u"Arguments"_s }).isValid());
+    QVERIFY(!call(u"autInfo"_s, { u"environmentVariable"_s }).isValid());
+    QCOMPARE(m_log->takeLines(),
+             (QStringList { u"Hook::autInfo: Unknown autInfo type Arguments"_s,
+                            u"Hook::handleCall: F_AutInfo: wrong number of arguments"_s }));
+    QCOMPARE(call(u"configureBinaryStream"_s, { 1U, QVariantMap() }), QVariant(u"Unknown stream id"_s));
+    QVERIFY(!call(u"setError"_s, { u"first"_s }).isValid());
+    QVERIFY(!call(u"setError"_s, { u"second"_s }).isValid());
+    QCOMPARE(call(u"getLastError"_s), QVariant(u"second"_s));
+    QCOMPARE(call(u"getLastError"_s), QVariant(QString()));
+    m_hook->handleSend(1, u"testSuiteVersion"_s, { 7, 8 });
+    QCOMPARE(m_hook->testSuiteVersion(), 7);
+}
+
+QTEST_GUILESS_MAIN(tst_dispatch)
+
+#include "tst_dispatch.moc"

@@ -1,0 +1,444 @@
+#include "support/childprocess.h"
+#include "support/fakerunner.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+// The command as a real process that starts real programs.
+
+namespace {
+
+constexpr int LimitMs = 60000;
+
+QString built(const QString &path)
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u'/' + path);
+}
+
+using Variables = QList<std::pair<QString, QString>>;
+
+struct Outcome
+{
+    int code;
+    QString out;
+    QString err;
+};
+
+/// Whether the process has ended; one that nobody waits for stays as a zombie.
+bool isGone(pid_t pid)
+{
+    QFile stat(u"/proc/%1/stat"_s.arg(pid));
+    if (!stat.open(QIODevice::ReadOnly))
+        return true;
+    const QByteArray line = stat.readAll();
+    return line.isEmpty() || line.mid(line.lastIndexOf(')') + 2).startsWith('Z');
+}
+
+/// A shell that starts a child, says its process id and becomes the program.
+QStringList family(const QString &before = {})
+{
+    return { u"sh"_s, u"-c"_s, before + u"sleep 300 & echo $!; exec \"$0\" run"_s, built(u"coreprogram"_s) };
+}
+
+} // namespace
+
+class tst_vorkel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void explainsItself_data();
+    void explainsItself();
+    void tellsFacts();
+    void tellsFactsToTools();
+    void calls_data();
+    void calls();
+    void handsOnEnvironment_data();
+    void handsOnEnvironment();
+    void fails_data();
+    void fails();
+    void reportsTakenPort();
+    void endsWhatItStarted_data();
+    void endsWhatItStarted();
+    void leavesOthersAlone();
+    void keepsIgnoredSignals();
+    void showsProgressOnTerminal();
+    void goesWhenKilled();
+
+private:
+    void launch(ChildProcess &process, const QStringList &arguments, const Variables &variables = {});
+    Outcome run(const QStringList &arguments, const Variables &variables = {});
+    pid_t launchFrozen(ChildProcess &process, const QStringList &program);
+
+    const QString m_program = built(u"coreprogram"_s);
+    const QTemporaryDir m_folder;
+};
+
+void tst_vorkel::initTestCase()
+{
+    if (qEnvironmentVariableIsSet("VORKEL_TEST_EMULATOR"))
+        QSKIP("The command starts programs itself, which this machine cannot run without an emulator");
+    QVERIFY(m_folder.isValid());
+}
+
+void tst_vorkel::cleanup()
+{
+    // Only a command that is killed leaves anything behind.
+    if (QTest::currentTestFunction() != QByteArrayView("goesWhenKilled"))
+        QCOMPARE(QDir(m_folder.path()).entryList({ u"vorkel*"_s }), QStringList());
+}
+
+void tst_vorkel::launch(ChildProcess &process, const QStringList &arguments, const Variables &variables)
+{
+    QProcessEnvironment environment;
+    environment.insert(u"TMPDIR"_s, m_folder.path());
+    for (const auto &[name, value] : variables)
+        environment.insert(name, value);
+    process.launch(built(u"../bin/vorkel"_s), arguments, environment);
+}
+
+Outcome tst_vorkel::run(const QStringList &arguments, const Variables &variables)
+{
+    ChildProcess process;
+    launch(process, arguments, variables);
+    const int code = process.finish();
+    return { code, QString::fromUtf8(process.readAllStandardOutput()),
+             QString::fromUtf8(process.readAllStandardError()) };
+}
+
+/// Starts the command on a program that never comes back from a call, and gives the program's process id.
+pid_t tst_vorkel::launchFrozen(ChildProcess &process, const QStringList &program)
+{
+    launch(process, QStringList { u"call"_s, u"getPID"_s, u"readStdout"_s, u"freeze"_s, u"--"_s } + program);
+    return process.line("getPID = ").toInt();
+}
+
+void tst_vorkel::explainsItself_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("text");
+    // clang-format off
+    QTest::newRow("help")            << u"--help"_s        << u"'vorkel COMMAND --help' tells more"_s;
+    QTest::newRow("exit codes")      << u"-h"_s            << u"  130  interrupted\n"_s;
+    QTest::newRow("command's help")  << u"call --help"_s   << u"Usage: vorkel call [options] CALL... -- COMMAND"_s;
+    QTest::newRow("help on command") << u"help info"_s     << u"Usage: vorkel info [options] -- COMMAND"_s;
+    QTest::newRow("options")         << u"info --help"_s   << u"--timeout <seconds>"_s;
+    QTest::newRow("no options")      << u"inject --help"_s << u"VORKEL_SERVERADDRESS"_s;
+    QTest::newRow("version")         << u"--version"_s     << u"vorkel 0."_s;
+    // clang-format on
+}
+
+void tst_vorkel::explainsItself()
+{
+    QFETCH(const QString, line);
+    QFETCH(const QString, text);
+    const Outcome outcome = run(line.split(u' '));
+    QCOMPARE(outcome.code, 0);
+    QCOMPARE(outcome.err, QString());
+    QVERIFY2(outcome.out.contains(text), qPrintable(outcome.out));
+}
+
+void tst_vorkel::tellsFacts()
+{
+    const Outcome outcome =
+            run({ u"info"_s, u"--"_s, m_program, u"run"_s, u"a b"_s, u""_s, u"it's"_s, u"ü"_s });
+    QCOMPARE(outcome.err, QString());
+    QCOMPARE(outcome.code, 0);
+    const QRegularExpression form(QRegularExpression::anchoredPattern(uR"(Program            coreprogram
+Process id         \d+
+Working directory  %1
+Operating system   Linux
+Memory             (unknown|[\d.]+ \w+)
+CPU time           (unknown|\d+ ms)
+Started            (unknown|\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3})
+Arguments          \S+/coreprogram run 'a b' '' 'it'\\''s' ü
+Standard output
+  \| running
+Standard error     nothing so far
+Connect            \d+\.\d\d ms
+Handshake          \d+\.\d\d ms
+Bring-up           \d+\.\d\d ms
+Event loop         \d+\.\d\d ms
+)"_s.arg(QRegularExpression::escape(QDir::currentPath()))));
+    QVERIFY2(form.match(outcome.out).hasMatch(), qPrintable(outcome.out));
+}
+
+void tst_vorkel::tellsFactsToTools()
+{
+    // What stands behind the first "--" is the program's.
+    const QStringList command { u"guiprogram"_s, u"run"_s, u"--json"_s, u""_s, u"--"_s, u" ü\n"_s };
+    const QString path = QCoreApplication::applicationDirPath() + u':' + qEnvironmentVariable("PATH");
+    const Outcome outcome =
+            run(QStringList { u"info"_s, u"--json"_s, u"--"_s } + command, { { u"PATH"_s, path } });
+    QCOMPARE(outcome.code, 0);
+    const QJsonObject facts = QJsonDocument::fromJson(outcome.out.toUtf8()).object();
+    const QStringList keys { u"arguments"_s,       u"bringUpMs"_s,       u"connectMs"_s,   u"cpuTimeMs"_s,
+                             u"eventLoopMs"_s,     u"handshakeMs"_s,     u"memoryBytes"_s, u"name"_s,
+                             u"operatingSystem"_s, u"processId"_s,       u"startedMs"_s,   u"stderr"_s,
+                             u"stdout"_s,          u"workingDirectory"_s };
+    QCOMPARE(facts.keys(), keys);
+    QCOMPARE(facts[u"name"_s].toString(), u"guiprogram"_s);
+    QCOMPARE(facts[u"arguments"_s].toVariant().toStringList().mid(1), command.mid(1));
+    QCOMPARE(facts[u"stdout"_s].toString(), u"running\n"_s);
+    QVERIFY(facts[u"connectMs"_s].toDouble() > 0);
+    QVERIFY(facts[u"eventLoopMs"_s].toDouble() > 0);
+}
+
+void tst_vorkel::calls_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QString>("err");
+    // clang-format off
+    QTest::newRow("one after the other")
+        << QStringList { u"setError(\"a\\nü\")"_s, u"getLastError"_s, u"getLastError()"_s, u"autInfo(\"arguments\")"_s } << 0
+        << u"setError(\"a\\nü\") = null\ngetLastError = \"a\\nü\"\ngetLastError() = \"\"\nautInfo(\"arguments\") = [\"%1\",\"run\"]\n"_s << u""_s;
+    QTest::newRow("one way")
+        << QStringList { u"send:ping"_s, u"send:nosuch(1)"_s, u"nosuch(1)"_s } << 0
+        << u"nosuch(1) = null\n"_s << u""_s;
+    QTest::newRow("refused")
+        << QStringList { u"getExtraKeys"_s, u"getLastError"_s } << 1
+        << u"getExtraKeys: error: Hook::handleCall: F_GetExtraKeys: wrong number of arguments\ngetLastError = \"\"\n"_s
+        << u"vorkel: 1 of 2 calls failed\n"_s;
+    QTest::newRow("for tools")
+        << QStringList { u"--json"_s, u"getLastError"_s, u"send:ping"_s, u"getExtraKeys"_s } << 1
+        << u"{\"call\":\"getLastError\",\"reply\":\"\"}\n{\"call\":\"send:ping\"}\n"
+           "{\"call\":\"getExtraKeys\",\"error\":\"Hook::handleCall: F_GetExtraKeys: wrong number of arguments\"}\n"_s
+        << u"vorkel: 1 of 3 calls failed\n"_s;
+    QTest::newRow("until it dies")
+        << QStringList { u"getLastError"_s, u"die"_s, u"getLastError"_s } << 8
+        << u"getLastError = \"\"\n"_s << u"vorkel: 'coreprogram' was ended by signal 9 (Killed)\n"_s;
+    // clang-format on
+}
+
+void tst_vorkel::calls()
+{
+    QFETCH(const QStringList, words);
+    QFETCH(const QString, out);
+    const Outcome outcome =
+            run(QStringList(u"call"_s) + words + QStringList { u"--"_s, m_program, u"run"_s });
+    QCOMPARE(outcome.out, out.contains(u"%1"_s) ? out.arg(m_program) : out);
+    QTEST(outcome.err, "err");
+    QTEST(outcome.code, "code");
+}
+
+void tst_vorkel::handsOnEnvironment_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<Variables>("variables");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("value");
+    const auto row = [](const char *rowName, const QString &options, const Variables &variables,
+                        const QString &name, const QString &value) {
+        QTest::newRow(rowName) << options << variables << name << value;
+    };
+    const QString platform = u"QT_QPA_PLATFORM"_s;
+    const QString server = u"VORKEL_SERVERADDRESS"_s;
+    // clang-format off
+    row("any",               u""_s,                   { { u"TEXT"_s, u" a=b;ü\t"_s } },           u"TEXT"_s,       u" a=b;ü\t"_s);
+    row("preloaded before",  u""_s,                   { { u"LD_PRELOAD"_s, u"libm.so.6"_s } },   u"LD_PRELOAD"_s, uR"(.*/libvorkelqtpreload\.so:libm\.so\.6)"_s);
+    row("chosen platform",   u"--platform minimal"_s, { { platform, u"offscreen"_s } },          platform,        u"minimal"_s);
+    row("caller's platform", u""_s,                   { { platform, u"minimal"_s } },            platform,        u"minimal"_s);
+    row("display",           u""_s,                   { { platform, u""_s }, { u"DISPLAY"_s, u":9"_s } }, platform, u""_s);
+    row("no display",        u""_s,                   { { platform, u""_s }, { u"DISPLAY"_s, u""_s }, { u"WAYLAND_DISPLAY"_s, u""_s } }, platform, u"offscreen"_s);
+    row("loopback",          u""_s,                   {},                                        server,          uR"(127\.0\.0\.1)"_s);
+    row("other host",        u"--host localhost"_s,   {},                                        server,          u"localhost"_s);
+    // clang-format on
+}
+
+void tst_vorkel::handsOnEnvironment()
+{
+    QFETCH(const QString, options);
+    QFETCH(const Variables, variables);
+    QFETCH(const QString, name);
+    QFETCH(const QString, value);
+    const QString call = u"autInfo(\"environmentVariable\", \"%1\")"_s.arg(name);
+    const Outcome outcome = run(QStringList(u"call"_s) + options.split(u' ', Qt::SkipEmptyParts)
+                                        + QStringList { u"--json"_s, call, u"--"_s, m_program, u"run"_s },
+                                variables);
+    QCOMPARE(outcome.code, 0);
+    const QString reply = QJsonDocument::fromJson(outcome.out.toUtf8())[u"reply"_s].toString();
+    QVERIFY2(QRegularExpression(QRegularExpression::anchoredPattern(value)).match(reply).hasMatch(),
+             qPrintable(reply));
+}
+
+void tst_vorkel::fails_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const QStringList &arguments, int code, const QString &text) {
+        QTest::newRow(name) << arguments << code << text;
+    };
+    const auto usage = [&](const char *name, const QString &arguments, const QString &text) {
+        row(name, arguments.split(u' ', Qt::SkipEmptyParts), 2, text);
+    };
+    const auto start = [&](const char *name, const QStringList &command, int code, const QString &text) {
+        row(name, QStringList { u"info"_s, u"--timeout"_s, u"30"_s, u"--"_s } + command, code, text);
+    };
+    const QString locked = m_folder.filePath(u"locked"_s);
+    QFile file(locked);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const QString noQt =
+            u"is no dynamically linked Qt 6 program (it does not load libQt6Core.so.6), and nothing connected "_s;
+    // clang-format off
+    usage("nothing",           u""_s,                         u"vorkel: a command is missing. Try 'vorkel --help'.\n"_s);
+    usage("unknown command",   u"show"_s,                     u"vorkel: there is no command 'show'. Try 'vorkel --help'.\n"_s);
+    usage("help on unknown",   u"help show"_s,                u"vorkel: there is no command 'show'. Try 'vorkel --help'.\n"_s);
+    usage("no program",        u"info"_s,                     u"vorkel: the program to start is missing: it stands behind '--'. Try 'vorkel info --help'.\n"_s);
+    usage("nothing behind --", u"inject --"_s,                u"vorkel: the program to start is missing: it stands behind '--'. Try 'vorkel inject --help'.\n"_s);
+    usage("no --",             u"info true"_s,                u"vorkel: 'true' is not understood; the program to start stands behind '--'. Try 'vorkel info --help'.\n"_s);
+    usage("unknown option",    u"info --fast -- true"_s,      u"vorkel: Unknown option 'fast'. Try 'vorkel info --help'.\n"_s);
+    usage("other's option",    u"inject --json -- true"_s,    u"vorkel: Unknown option 'json'. Try 'vorkel inject --help'.\n"_s);
+    usage("no value",          u"info --port -- true"_s,      u"vorkel: Missing value after '--port'. Try 'vorkel info --help'.\n"_s);
+    for (const char *port : { "1x", "65536", "-1", "0x10" })
+        usage(port, u"info --port=%1 -- true"_s.arg(QLatin1String(port)), u"vorkel: --port takes a number from 0 to 65535, not '%1'. Try 'vorkel info --help'.\n"_s.arg(QLatin1String(port)));
+    for (const char *limit : { "0", "-3", "s", "nan", "inf", "1e9" })
+        usage(limit, u"info --timeout=%1 -- true"_s.arg(QLatin1String(limit)), u"vorkel: --timeout takes a number of seconds above 0, not '%1'. Try 'vorkel info --help'.\n"_s.arg(QLatin1String(limit)));
+    usage("no call",           u"call -- true"_s,             u"vorkel: no call is given. Try 'vorkel call --help'.\n"_s);
+    usage("malformed call",    u"call getPID f( -- true"_s,   u"vorkel: 'f(' is no call; write NAME or NAME(JSON, ...)\n"_s);
+    row("no such host",        { u"info"_s, u"--host="_s, u"--"_s, u"true"_s },          3, u", port 0: no such host\n"_s);
+    row("foreign host",        { u"info"_s, u"--host=192.0.2.1"_s, u"--"_s, u"true"_s }, 3, u"vorkel: cannot listen on 192.0.2.1, port 0: Cannot assign requested address\n"_s);
+    start("unnamed",           { u""_s },                                  4, u"vorkel: cannot start ''"_s);
+    start("not there",         { u"./no such"_s },                         4, u"vorkel: cannot start './no such': No such file or directory\n"_s);
+    start("not in PATH",       { u"no-such-program"_s },                   4, u"vorkel: cannot start 'no-such-program': No such file or directory\n"_s);
+    start("not executable",    { locked },                                 4, u"vorkel: cannot start '%1': Permission denied\n"_s.arg(locked));
+    start("folder",            { m_folder.path() },                        4, u"vorkel: cannot start '%1': Permission denied\n"_s.arg(m_folder.path()));
+    start("no Qt",             { u"true"_s },                              5, u"vorkel: 'true' "_s + noQt + u"before it ended with code 0"_s);
+    start("shell",             { u"sh"_s, u"-c"_s, u"echo oops >&2; exit 3"_s }, 5, u"before it ended with code 3; its last words:\n"_s);
+    row("no Qt, no end",       { u"info"_s, u"--timeout=0.3"_s, u"--"_s, u"sleep"_s, u"300"_s }, 5, u"vorkel: 'sleep' "_s + noQt + u"within 0.3 s"_s);
+    start("no application",    { m_program, u"none"_s },                   6, u"vorkel: '%1' ended with code 0 before it connected\n"_s.arg(m_program));
+    start("crash",             { m_program, u"crash"_s },                  6, u"vorkel: '%1' was ended by signal 6 (Aborted) before it connected; its last words:\nabout to crash\n"_s.arg(m_program));
+    row("stuck early",         { u"info"_s, u"--timeout=2"_s, u"--"_s, m_program, u"stickearly"_s },    7, u"vorkel: waiting for %1 to connect\nvorkel: waited 2 s in vain for %1 to connect\n"_s.arg(m_program));
+    row("stuck",               { u"info"_s, u"--timeout=8"_s, u"--"_s, m_program, u"stick"_s },         7, u"vorkel: waited 8 s in vain for %1 to reach its event loop\n"_s.arg(m_program));
+    start("no event loop",     { m_program, u"noloop"_s },                 8, u"vorkel: 'coreprogram' ended with code 7 before it reached its event loop; its last words:\nnothing to do\n"_s);
+    start("short event loop",  { m_program, u"quit"_s },                   8, u"vorkel: 'coreprogram' ended with code 0\n"_s);
+    start("hang-up",           { m_program, u"hangup"_s },                 8, u"vorkel: 'coreprogram' closed the connection\n"_s);
+    // clang-format on
+}
+
+void tst_vorkel::fails()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QString, text);
+    const Outcome outcome = run(arguments);
+    QVERIFY2(outcome.err.contains(text), qPrintable(outcome.err));
+    QCOMPARE(outcome.out, QString());
+    QTEST(outcome.code, "code");
+}
+
+void tst_vorkel::reportsTakenPort()
+{
+    const FakeRunner other;
+    const QString port = QString::number(other.port());
+    const Outcome outcome = run({ u"info"_s, u"--port"_s, port, u"--"_s, m_program, u"run"_s });
+    QCOMPARE(outcome.err,
+             u"vorkel: cannot listen on 127.0.0.1, port %1: Address already in use\n"_s.arg(port));
+    QCOMPARE(outcome.code, 3);
+}
+
+void tst_vorkel::endsWhatItStarted_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<QString>("before");
+    QTest::newRow("interrupted") << SIGINT << u""_s;
+    QTest::newRow("terminated") << SIGTERM << u""_s;
+    QTest::newRow("hung up") << SIGHUP << u""_s;
+    QTest::newRow("against their will") << SIGINT << u"trap '' TERM; "_s;
+}
+
+void tst_vorkel::endsWhatItStarted()
+{
+    QFETCH(const int, signal);
+    QFETCH(const QString, before);
+    ChildProcess process;
+    const pid_t program = launchFrozen(process, family(before));
+    const pid_t child = process.line("readStdout = \"").split('\\').constFirst().toInt();
+    QVERIFY(program > 0 && child > 0);
+    QVERIFY(!isGone(program) && !isGone(child));
+    ::kill(static_cast<pid_t>(process.processId()), signal);
+    QCOMPARE(process.finish(), 130);
+    QCOMPARE(process.errorLines().constLast(), "vorkel: interrupted");
+    QVERIFY(isGone(program));
+    QTRY_VERIFY_WITH_TIMEOUT(isGone(child), LimitMs);
+}
+
+void tst_vorkel::leavesOthersAlone()
+{
+    ChildProcess first;
+    ChildProcess second;
+    const pid_t firstProgram = launchFrozen(first, { m_program, u"run"_s });
+    const pid_t secondProgram = launchFrozen(second, { m_program, u"run"_s });
+    QVERIFY(firstProgram > 0 && secondProgram > 0 && firstProgram != secondProgram);
+    ::kill(static_cast<pid_t>(first.processId()), SIGINT);
+    QCOMPARE(first.finish(), 130);
+    QVERIFY(!isGone(secondProgram));
+    QCOMPARE(second.line("readStdout = "), "\"running\\n\"");
+    ::kill(static_cast<pid_t>(second.processId()), SIGINT);
+    QCOMPARE(second.finish(), 130);
+    QVERIFY(isGone(secondProgram));
+}
+
+void tst_vorkel::keepsIgnoredSignals()
+{
+    ChildProcess process;
+    process.setChildProcessModifier([] { ::signal(SIGHUP, SIG_IGN); });
+    QVERIFY(launchFrozen(process, { m_program, u"run"_s }) > 0);
+    QFile status(u"/proc/%1/status"_s.arg(process.processId()));
+    QVERIFY(status.open(QIODevice::ReadOnly));
+    const auto mask = QRegularExpression(u"SigIgn:\\s*(\\w+)"_s).match(QString::fromLatin1(status.readAll()));
+    QVERIFY(mask.captured(1).toULongLong(nullptr, 16) & (1U << (SIGHUP - 1)));
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    QCOMPARE(process.finish(), 130);
+}
+
+void tst_vorkel::showsProgressOnTerminal()
+{
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
+    QVERIFY(terminal != -1 && ::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0);
+    ChildProcess process;
+    process.setStandardErrorFile(QString::fromLocal8Bit(::ptsname(terminal)));
+    // Slow to start, then slow to answer.
+    launch(process,
+           { u"call"_s, u"--timeout=8"_s, u"getLastError"_s, u"freeze"_s, u"--"_s, u"sh"_s, u"-c"_s,
+             u"sleep 2; exec \"$0\" run"_s, m_program });
+    QCOMPARE(process.finish(), 7);
+    QCOMPARE(process.readAllStandardOutput(), "getLastError = \"\"\n");
+    QByteArray shown(100000, Qt::Uninitialized);
+    shown.truncate(::read(terminal, shown.data(), static_cast<size_t>(shown.size())));
+    ::close(terminal);
+    const QByteArray erase = "\r\x1b[K";
+    QVERIFY2(shown.startsWith(erase + "vorkel: waiting for sh to connect, 1 s" + erase), shown.constData());
+    QVERIFY2(shown.contains(erase + "vorkel: waiting for the reply to freeze, 1 s" + erase),
+             shown.constData());
+    QVERIFY2(shown.endsWith(erase + "vorkel: waited 8 s in vain for the reply to freeze\r\n"),
+             shown.constData());
+}
+
+void tst_vorkel::goesWhenKilled()
+{
+    ChildProcess process;
+    const pid_t program = launchFrozen(process, { m_program, u"run"_s });
+    QVERIFY(program > 0 && !isGone(program));
+    ::kill(static_cast<pid_t>(process.processId()), SIGKILL);
+    QTRY_VERIFY_WITH_TIMEOUT(isGone(program), LimitMs);
+}
+
+QTEST_GUILESS_MAIN(tst_vorkel)
+#include "tst_vorkel.moc"

@@ -1,0 +1,162 @@
+#include "serverlib/ipchandshake.h"
+#include "serverlib/ipchandshaker.h"
+#include "serverlib/tcpmessagechannel.h"
+#include "support/fakerunner.h"
+
+#include <QPointer>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using Vorkel::AsyncMessageChannel;
+using Vorkel::ClientData;
+using Vorkel::IPCHandshake;
+using Result = Vorkel::FunctionCallResult<ClientData>;
+
+namespace {
+
+const ClientData announced { 5, 7, 4, u"app"_s };
+const ClientData assigned { 9, 8, 3, u"renamed"_s };
+const QByteArray good = Bytes::handshake(assigned);
+
+/// Takes everybody but those called "stranger".
+class Handshaker : public Vorkel::IPCHandshaker
+{
+public:
+    Handshaker()
+        : IPCHandshaker(nullptr)
+    {
+    }
+
+protected:
+    Result answerTo(const ClientData &data) override
+    {
+        return data.name == u"stranger"_s ? Result::failure(u"Not you"_s) : Result(assigned);
+    }
+};
+
+} // namespace
+
+class tst_handshake : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void reads_data();
+    void reads();
+    void connects_data();
+    void connects();
+    void accepts_data();
+    void accepts();
+};
+
+void tst_handshake::reads_data()
+{
+    QTest::addColumn<QByteArray>("message");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *name, const QByteArray &message, const QString &error = {}) {
+        QTest::newRow(name) << message << error;
+    };
+    const QString tooOld =
+            u"Incompatible protocol versions. Remote side is version %1 but we need at least 7.0.0"_s;
+    const QString tooNew =
+            u"Incompatible protocol versions. We are version 7.1.1 but remote side expects at least %1"_s;
+    // clang-format off
+    row("good",                   good);
+    row("oldest version",         Bytes::handshake(assigned, 0x070000A0));
+    row("older version",          Bytes::handshake(assigned, 0x0700009F), tooOld.arg(u"7.0.0"_s));
+    row("far older version",      Bytes::handshake(assigned, 0x06AB0CFF), tooOld.arg(u"6.ab.c"_s));
+    row("newest demand",          Bytes::handshake(assigned, 0xFFFFFFFF, 0x070101F0));
+    row("newer demand",           Bytes::handshake(assigned, 0xFFFFFFFF, 0x070101F1), tooNew.arg(u"7.1.1"_s));
+    row("far newer demand",       Bytes::handshake(assigned, 0xFFFFFFFF, 0xFF000000), tooNew.arg(u"ff.0.0"_s));
+    row("wrong identification",   QByteArray(good).replace(4, 4, Bytes::u32(1)), u"Protocol error: invalid protocol identification"_s);
+    row("27 bytes",               good.first(27), u"Protocol error: handshake header too short"_s);
+    row("empty",                  QByteArray(), u"Protocol error: handshake header too short"_s);
+    row("refusal without a word", Bytes::refusal(QString()) + "junk", u"Handshake refused without a reason"_s);
+    row("other status",           Bytes::refusal(u"Huge"_s).replace(16, 4, Bytes::u32(0xFFFFFFFF)), u"Huge"_s);
+    // clang-format on
+}
+
+void tst_handshake::reads()
+{
+    QFETCH(QByteArray, message);
+    QFETCH(QString, error);
+    const auto result = IPCHandshake::processHanshake(message);
+    QCOMPARE(result.error(), error);
+    QCOMPARE(result.value(), error.isEmpty() ? assigned : ClientData());
+}
+
+void tst_handshake::connects_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<bool>("closes");
+    QTest::addColumn<QString>("outcome");
+    QTest::newRow("good") << good << false << assigned.name;
+    QTest::newRow("refused") << Bytes::refusal(u"Not you"_s) << false << u"Not you"_s;
+    QTest::newRow("gone") << QByteArray() << true << u"Connection closed during handshake"_s;
+    QTest::newRow("silent") << QByteArray() << false << u"Handshake timeout"_s;
+}
+
+// The channel is left as it is, and nothing more is heard of the handshake.
+void tst_handshake::connects()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(bool, closes);
+    QFETCH(QString, outcome);
+    FakeRunner runner;
+    Vorkel::TCPMessageChannel channel(runner.connectedSocket());
+    const QPointer<IPCHandshake> handshake = new IPCHandshake(announced, &channel, 200, nullptr);
+    QStringList outcomes;
+    connect(handshake, qOverload<AsyncMessageChannel *, const Result &>(&IPCHandshake::finished), this,
+            [&](auto *, const Result &result) { outcomes << result.error() + result.value().name; });
+    handshake->start();
+    QCOMPARE(runner.readMessage(), Bytes::handshake(announced));
+    runner.write(answer);
+    if (closes)
+        runner.close();
+    QTRY_VERIFY(!handshake);
+    QCOMPARE(channel.isOpen(), !closes);
+    if (channel.isOpen())
+        runner.write(good);
+    QCoreApplication::processEvents();
+    QCOMPARE(outcomes, QStringList { outcome });
+}
+
+void tst_handshake::accepts_data()
+{
+    QTest::addColumn<QByteArray>("message");
+    QTest::addColumn<QString>("rejection");
+    QTest::newRow("good") << Bytes::handshake(announced) << QString();
+    QTest::newRow("refused") << Bytes::handshake({ 5, 7, 4, u"stranger"_s }) << u"Not you"_s;
+    QTest::newRow("garbage") << Bytes::framed(QByteArray(40, 'x'))
+                             << u"Protocol error: invalid protocol identification"_s;
+    QTest::newRow("gone") << QByteArray() << u"Connection closed during handshake"_s;
+}
+
+void tst_handshake::accepts()
+{
+    QFETCH(QByteArray, message);
+    QFETCH(QString, rejection);
+    FakeRunner peer;
+    const QPointer<AsyncMessageChannel> channel = new Vorkel::TCPMessageChannel(peer.connectedSocket());
+    Handshaker handshaker;
+    QStringList outcomes;
+    connect(&handshaker, &Handshaker::newChannel, this,
+            [&](auto *, const ClientData &data) { outcomes << data.name; });
+    connect(&handshaker, &Handshaker::channelRejected, this,
+            [&](auto *, const QString &reason) { outcomes << reason; });
+    handshaker.addChannel(channel);
+    peer.write(message);
+    peer.halfClose(); // closing waits for the other side
+    QTRY_COMPARE(outcomes, QStringList { rejection.isEmpty() ? assigned.name : rejection });
+    if (!message.isEmpty()) {
+        QCOMPARE(peer.readMessage(), rejection.isEmpty() ? good : Bytes::refusal(rejection));
+        QCOMPARE(Bytes::told(peer.readMessage()), u"type 32"_s);
+    }
+    if (rejection.isEmpty())
+        delete channel;
+    QTRY_VERIFY(!channel);
+    QCOMPARE(outcomes.size(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_handshake)
+#include "tst_handshake.moc"

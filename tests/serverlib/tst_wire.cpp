@@ -1,0 +1,237 @@
+#include "serverlib/wire.h"
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+using Vorkel::ArgumentList;
+using Vorkel::AsyncIPC;
+
+namespace {
+
+// Reaches the private counter: counting up to its end takes too long.
+int &lastTransId(AsyncIPC &ipc);
+template <auto Member>
+struct Reach
+{
+    friend int &lastTransId(AsyncIPC &ipc) { return ipc.*Member; }
+};
+template struct Reach<&AsyncIPC::m_lastTransId>;
+
+} // namespace
+
+/// Two endpoints and what passes between them, over every kind of channel.
+class tst_wire : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void sendsAndCalls_data() { addKinds(true); }
+    void sendsAndCalls();
+    void carriesBodies_data();
+    void carriesBodies();
+    void timesOut_data() { addKinds(); }
+    void timesOut();
+    void cancelsWhileFailing_data() { addKinds(); }
+    void cancelsWhileFailing();
+    void failsPendingCallsAtTheEnd_data();
+    void failsPendingCallsAtTheEnd();
+    void survivesItsOwnEnd_data();
+    void survivesItsOwnEnd();
+    void countsTransIdsRound();
+};
+
+void tst_wire::sendsAndCalls()
+{
+    QFETCH(int, kind);
+    RecordingListener listener;
+    Wire wire(kind);
+    const bool works = kind != Null;
+    QCOMPARE(wire.ours->isOpen(), works);
+    QCOMPARE(wire.ours->send(u"one"_s, { 1, u"a"_s }), works ? 1 : -1);
+    QCOMPARE(wire.ours->send(AsyncIPC::BroadcastAddress, u"all"_s, {}), works ? 2 : -1);
+    QCOMPARE(wire.ours->asyncCall(u"echo"_s, { 1, 2 }, &listener), works ? 3 : -1);
+    QTRY_COMPARE(listener.outcomes.value(0),
+                 works ? u"ok 1,2"_s : u"failed Call failed: Failed enqueing message chunk"_s);
+    if (!works)
+        return;
+    QCOMPARE(wire.peer.heard,
+             (QStringList { u"send 9 one(1,a)"_s, u"broadcast 9 all()"_s, u"call 9 echo(1,2)"_s }));
+    (void)wire.peers->asyncCall(Own, u"back"_s, {}, &listener);
+    QTRY_COMPARE(listener.outcomes.value(1), u"ok "_s);
+    QCOMPARE(wire.handler.heard, QStringList { u"call 1 back()"_s });
+    // Answered later, by listener or as a request, and with nobody there to serve.
+    wire.peer.keepsCalls = true;
+    (void)wire.ours->asyncCall(u"keep"_s, {}, &listener);
+    QTRY_COMPARE(wire.peer.heard.last(), u"kept 9 keep()"_s);
+    wire.answerKept(Vorkel::FunctionCallResult<ArgumentList>::failure(u"sorry"_s));
+    QTRY_COMPARE(listener.outcomes.value(2), u"failed sorry"_s);
+    wire.peer.takesCalls = true;
+    const int taken = wire.ours->asyncCall(u"take"_s, {}, &listener);
+    QTRY_COMPARE(wire.peer.heard.last(), u"taken 9 take()"_s);
+    QVERIFY(!wire.ours->isCallCompleted(taken) && listener.outcomes.size() == 3);
+    wire.peers->callReply(Own, taken, ArgumentList { u"a"_s, u"b"_s });
+    QTRY_COMPARE(listener.outcomes.value(3), u"ok a,b"_s);
+    wire.peers->setHandler(nullptr);
+    (void)wire.ours->asyncCall(u"void"_s, {}, &listener);
+    QTRY_COMPARE(listener.outcomes.value(4), u"ok "_s);
+}
+
+void tst_wire::carriesBodies_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("size");
+    for (const int size : { 100, 10215, 10216, 10217, 10216 + 10240, 10216 + 10241, 3000000 }) {
+        QTest::addRow("tcp, %d bytes", size) << int(Tcp) << size;
+        QTest::addRow("direct, %d bytes", size) << int(Direct) << size;
+    }
+}
+
+// The body has the size; the answer brings the argument back.
+void tst_wire::carriesBodies()
+{
+    QFETCH(int, kind);
+    QFETCH(int, size);
+    const bool fits = size <= 10216;
+    const QByteArray content = Bytes::noise(size - Bytes::invocation(u"x"_s, { QByteArray("") }).size());
+    RecordingListener listener;
+    Wire wire(kind);
+    (void)wire.ours->asyncCall(u"x"_s, { content }, &listener);
+    QTRY_COMPARE(listener.outcomes.size(), 1);
+    QVERIFY(listener.outcomes.first() == u"ok "_s + QString::fromLatin1(content.toHex()));
+    QCOMPARE(wire.arrived.size() == 1, fits);
+    for (const QByteArray &chunk : std::as_const(wire.arrived)) {
+        const bool isLast = &chunk == &wire.arrived.constLast();
+        QCOMPARE(Vorkel::Protocol::readHeader(chunk.constData()).flags, fits ? 0U : isLast ? 4U : 6U);
+        QVERIFY(fits ? chunk.size() == size + 24 : isLast ? chunk.size() <= 10240 : chunk.size() == 10240);
+    }
+}
+
+void tst_wire::timesOut()
+{
+    QFETCH(int, kind);
+    RecordingListener listener, patient;
+    Wire wire(kind);
+    wire.peer.keepsCalls = true;
+    const int id = wire.ours->asyncCall(Peer, u"a"_s, {}, &listener, 1);
+    (void)wire.ours->asyncCall(Peer, u"b"_s, {}, &patient, 0);
+    QTRY_COMPARE(listener.outcomes, QStringList { u"failed Call timeout"_s });
+    QVERIFY(wire.ours->isCallCompleted(id));
+    QTRY_COMPARE(wire.peer.kept.size(), 2);
+    wire.answerKept();
+    QTRY_COMPARE(patient.outcomes, QStringList { u"ok 1"_s });
+    QVERIFY(listener.outcomes.size() == 1 && wire.handler.heard.isEmpty());
+}
+
+// One that hears of its end cancels another, and makes a third that is not touched by this.
+void tst_wire::cancelsWhileFailing()
+{
+    QFETCH(int, kind);
+    RecordingListener first, second, third;
+    Wire wire(kind);
+    wire.peer.keepsCalls = true;
+    (void)wire.ours->asyncCall(u"a"_s, {}, &first);
+    const int id = wire.ours->asyncCall(u"b"_s, {}, &second);
+    first.onResponse = [&] {
+        wire.ours->cancelAsyncCall(id);
+        (void)wire.ours->asyncCall(u"c"_s, {}, &third);
+    };
+    wire.ours->cancelOutgoingCalls(u"enough"_s);
+    QTRY_COMPARE(wire.peer.kept.size(), 3);
+    wire.answerKept();
+    QTRY_COMPARE(third.outcomes, QStringList { u"ok 1"_s });
+    QCOMPARE(first.outcomes + second.outcomes, QStringList { u"failed enough"_s });
+}
+
+void tst_wire::failsPendingCallsAtTheEnd_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("end");
+    QTest::newRow("tcp, by the peer") << int(Tcp) << u"Connection closed by peer"_s;
+    QTest::newRow("tcp, closed") << int(Tcp) << u"Connection closed"_s;
+    QTest::newRow("tcp, destroyed") << int(Tcp) << u"IPC destroyed"_s;
+    QTest::newRow("direct, closed") << int(Direct) << u"Connection closed"_s;
+    QTest::newRow("direct, destroyed") << int(Direct) << u"IPC destroyed"_s;
+}
+
+void tst_wire::failsPendingCallsAtTheEnd()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, end);
+    RecordingListener listener;
+    Wire wire(kind);
+    wire.peer.keepsCalls = true;
+    for (const QString &name : { u"a"_s, u"b"_s })
+        (void)wire.ours->asyncCall(name, {}, &listener);
+    QTRY_COMPARE(wire.peer.kept.size(), 2);
+    const bool byPeer = end.endsWith(u"peer"_s);
+    const bool destroyed = end.endsWith(u"destroyed"_s);
+    destroyed ? wire.ours.reset() : wire.peers.reset();
+    if (!byPeer && !destroyed)
+        wire.ours->closeSocket();
+    const QString failed = u"failed "_s + end;
+    QTRY_COMPARE(listener.outcomes, (QStringList { failed, failed }));
+    QTRY_COMPARE(wire.handler.heard.join(u'|'), byPeer ? u"closed"_s : QString());
+    wire.answerKept(); // to nobody
+    if (wire.ours)
+        QCOMPARE(wire.ours->asyncCall(u"c"_s, {}, &listener), -1);
+}
+
+void tst_wire::survivesItsOwnEnd_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("size");
+    QTest::newRow("tcp") << int(Tcp) << 0;
+    QTest::newRow("tcp, in chunks") << int(Tcp) << 30000;
+    QTest::newRow("direct") << int(Direct) << 0;
+    QTest::newRow("direct, in chunks") << int(Direct) << 30000;
+}
+
+// Endpoints are destroyed by the listener that hears an answer, by another that hears of that and calls
+// again, and by the handler that serves a call; on a direct channel all of it happens inside the sending of
+// something.
+void tst_wire::survivesItsOwnEnd()
+{
+    QFETCH(int, kind);
+    QFETCH(int, size);
+    const ArgumentList large { Bytes::noise(size) };
+    RecordingListener first, second;
+    Wire wire(kind);
+    wire.peer.keepsCalls = true;
+    (void)wire.ours->asyncCall(u"b"_s, large, &second);
+    QTRY_COMPARE(wire.peer.kept.size(), 1);
+    wire.peer.keepsCalls = false;
+    first.onResponse = [&] { wire.ours.reset(); };
+    second.onResponse = [&, ipc = wire.ours.get()] {
+        if (second.outcomes.size() == 1)
+            QCOMPARE(ipc->asyncCall(u"c"_s, large, &second), -1);
+    };
+    (void)wire.ours->asyncCall(u"a"_s, large, &first);
+    QTRY_VERIFY(!wire.ours);
+    QCOMPARE(first.outcomes.size(), 1);
+    QCOMPARE(second.outcomes, (QStringList { u"failed IPC destroyed"_s, u"failed IPC destroyed"_s }));
+    wire.answerKept(ArgumentList(large));
+
+    Wire other(kind);
+    first.onResponse = second.onResponse = nullptr;
+    other.peer.onCall = [&](const QString &) { other.peers.reset(); };
+    (void)other.ours->asyncCall(u"a"_s, large, &first);
+    (void)other.ours->asyncCall(u"b"_s, large, &second);
+    QTRY_VERIFY(!other.peers);
+    QCOMPARE(other.peer.heard.size(), 1);
+    other.ours.reset();
+    QCOMPARE(first.outcomes.size() + second.outcomes.size(), 5);
+}
+
+void tst_wire::countsTransIdsRound()
+{
+    RecordingListener listener;
+    Wire wire(Direct);
+    lastTransId(*wire.ours) = std::numeric_limits<FInt32>::max() - 1;
+    QCOMPARE(wire.ours->send(u"a"_s, {}), 0x7FFFFFFF);
+    QCOMPARE(wire.ours->asyncCall(u"b"_s, {}, &listener), 0);
+    QCOMPARE(listener.outcomes, QStringList { u"ok "_s });
+    QCOMPARE(wire.ours->newTransId(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_wire)
+#include "tst_wire.moc"

@@ -1,0 +1,70 @@
+#include "support/childprocess.h"
+
+#include <QDeadlineTimer>
+
+namespace {
+
+constexpr int LimitMs = 60000;
+const QString preload = QStringLiteral("LD_PRELOAD");
+
+} // namespace
+
+ChildProcess::~ChildProcess()
+{
+    if (state() != NotRunning) {
+        kill();
+        waitForFinished();
+    }
+}
+
+void ChildProcess::launch(const QString &program, const QStringList &arguments,
+                          const QProcessEnvironment &variables)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &name : environment.keys()) {
+        if (name.startsWith(QLatin1String("VORKEL_")))
+            environment.remove(name);
+    }
+    environment.insert(variables);
+    QStringList command = qEnvironmentVariable("VORKEL_TEST_EMULATOR").split(u' ', Qt::SkipEmptyParts);
+    if (!command.isEmpty() && environment.contains(preload)) {
+        // The emulated program's, not the emulator's.
+        command << QStringLiteral("-E") << preload + u'=' + environment.value(preload);
+        environment.remove(preload);
+    }
+    command << program << arguments;
+    setProcessEnvironment(environment);
+    const QString first = command.takeFirst();
+    start(first, command);
+}
+
+void ChildProcess::say(const QByteArray &line)
+{
+    write(line + '\n');
+    waitForBytesWritten();
+}
+
+QByteArray ChildProcess::line(const QByteArray &start)
+{
+    const QDeadlineTimer limit(LimitMs);
+    for (;;) {
+        while (canReadLine()) {
+            const QByteArray text = readLine().chopped(1);
+            if (text.startsWith(start))
+                return text.mid(start.size()) + "";
+        }
+        if (limit.hasExpired() || !waitForReadyRead(static_cast<int>(limit.remainingTime())))
+            return QByteArray();
+    }
+}
+
+QByteArrayList ChildProcess::errorLines()
+{
+    const QByteArray output = readAllStandardError();
+    return output.isEmpty() ? QByteArrayList() : output.chopped(output.endsWith('\n')).split('\n');
+}
+
+int ChildProcess::finish()
+{
+    return waitForFinished(LimitMs) && exitStatus() == NormalExit ? exitCode() : -1;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QProcess>
+
+/// A process of ours that a test talks to by lines; it ends with the object.
+class ChildProcess : public QProcess
+{
+    Q_OBJECT
+
+public:
+    ~ChildProcess() override;
+
+    /// Starts `program` with `variables` and none of the caller's own that begin with VORKEL_. Programs
+    /// that this machine cannot run by itself are run by the emulator whose words are in the variable
+    /// VORKEL_TEST_EMULATOR.
+    void launch(const QString &program, const QStringList &arguments, const QProcessEnvironment &variables);
+    void say(const QByteArray &line);
+    /// The rest of the next line on standard output that starts with `start`; earlier lines are dropped.
+    /// A null array when the process ends or takes too long.
+    [[nodiscard]] QByteArray line(const QByteArray &start);
+    /// What came on the standard error stream since the last call.
+    [[nodiscard]] QByteArrayList errorLines();
+    /// Waits for the process to end by itself; its exit code, or -1.
+    [[nodiscard]] int finish();
+};
