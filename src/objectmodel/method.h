@@ -61,11 +61,13 @@ public:
 };
 
 /// False, with the last error set, when the number of arguments is wrong.
-VORKEL_EXPORT bool verifyMethodArgumentCount(const QString &className, const Method *method, const ObjectList &arguments);
+VORKEL_EXPORT bool verifyMethodArgumentCount(const QString &className, const Method *method,
+                                             const ObjectList &arguments);
 /// False, with the last error set, when `method` cannot be called on `object`.
 VORKEL_EXPORT bool verifyMethodInvocation(const SharedPtr<Object> &object, const Method *method);
 
 /// `arguments` as the classes of `signature` want them; false when one cannot be converted.
-VORKEL_EXPORT bool convertArguments(const Signature &signature, const ObjectList &arguments, ObjectList *converted);
+VORKEL_EXPORT bool convertArguments(const Signature &signature, const ObjectList &arguments,
+                                    ObjectList *converted);
 
 } // namespace Vorkel

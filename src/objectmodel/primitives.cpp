@@ -149,9 +149,7 @@ SharedPtr<Object> PrimitiveClass<T>::construct(int id, void **arguments) const
     case 0:
         return ownedValue(this, newPrimitive(T()), HeldByPointer);
     case 1:
-        return arguments[0]
-                ? ownedValue(this, newPrimitive(load<T>(arguments[0])), HeldByPointer)
-                : nullptr;
+        return arguments[0] ? ownedValue(this, newPrimitive(load<T>(arguments[0])), HeldByPointer) : nullptr;
     case 2:
         return wrap(arguments[0], HeldByPointer);
     default:

@@ -24,7 +24,8 @@ const Class *intClass()
 constexpr char Pool[] = "area\0scale";
 constexpr MethodDescriptor Methods[] = { { 0, 0, 1, 0, false } };
 constexpr ArgumentDescriptor Arguments[] = {
-    { ArgumentDescriptor::NoName, ArgumentDescriptor::ByClassId, IntClassId, 0, 0, ArgumentDescriptor::EnumByType },
+    { ArgumentDescriptor::NoName, ArgumentDescriptor::ByClassId, IntClassId, 0, 0,
+      ArgumentDescriptor::EnumByType },
     { 5, ArgumentDescriptor::ByClassId, IntClassId, 0, 0, ArgumentDescriptor::EnumByType },
 };
 constexpr int Slots[] = { 1 };
@@ -61,7 +62,8 @@ bool ShapeClass::setProperty(int, void *object, void *value) const
 SharedPtr<Object> ShapeClass::invoke(int id, void *object, void **arguments, const Class *) const
 {
     const int width = static_cast<const Shape *>(object)->width;
-    return Inspector::self()->createPrimitive(id == 0 ? width : width + *static_cast<const int *>(arguments[0]));
+    return Inspector::self()->createPrimitive(id == 0 ? width
+                                                      : width + *static_cast<const int *>(arguments[0]));
 }
 
 Constructor *ShapeClass::createConstructor(int index) const
@@ -81,8 +83,8 @@ Method *ShapeClass::createMethod(int index) const
 Property *ShapeClass::createProperty(int index) const
 {
     ++membersCreated;
-    return new Property(this, Argument(intClass()), QStringLiteral("width"), ReadableProperty | WritableProperty,
-                        index);
+    return new Property(this, Argument(intClass()), QStringLiteral("width"),
+                        ReadableProperty | WritableProperty, index);
 }
 
 Enum *ShapeClass::createEnum(int index) const
@@ -126,7 +128,8 @@ const SquareClass *squareClass()
 
 SharedPtr<Object> newShape(int width, const Class *ofClass)
 {
-    SharedPtr<Object> object = ofClass->wrap(new Shape { width, {} }, ObjectAttribute(ObjectAttribute::Pointer, 0));
+    SharedPtr<Object> object =
+            ofClass->wrap(new Shape { width, {} }, ObjectAttribute(ObjectAttribute::Pointer, 0));
     object->setOwnsData(true);
     return object;
 }

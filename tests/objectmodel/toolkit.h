@@ -54,6 +54,7 @@ public:
 [[nodiscard]] const SquareClass *squareClass();
 
 /// A shape that the object owns.
-[[nodiscard]] Vorkel::SharedPtr<Vorkel::Object> newShape(int width, const Vorkel::Class *ofClass = shapeClass());
+[[nodiscard]] Vorkel::SharedPtr<Vorkel::Object> newShape(int width,
+                                                         const Vorkel::Class *ofClass = shapeClass());
 
 } // namespace Toolkit

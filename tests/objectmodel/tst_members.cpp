@@ -53,7 +53,8 @@ private slots:
         QCOMPARE(Inspector::self()->lastError(), QStringLiteral("Found no matching overload"));
         QVERIFY(!MethodList().invoke(square, {}, &ok));
         QCOMPARE(Inspector::self()->lastError(), QStringLiteral("Function not available"));
-        QCOMPARE(squareClass()->methods(QStringLiteral("area")).invoke(square, { wrap(2) }, &ok)->toInteger(), 18);
+        QCOMPARE(squareClass()->methods(QStringLiteral("area")).invoke(square, { wrap(2) }, &ok)->toInteger(),
+                 18);
     }
 
     void thoseOfNoUseAreRefused_data()
@@ -129,7 +130,9 @@ private slots:
         const Enum *colour = squareClass()->enumerator(QStringLiteral("Colour"));
         QVERIFY(colour && colour->isMask());
         QCOMPARE(Inspector::self()->enumerator(QStringLiteral("Shape::Colour")), colour);
-        const Enum::Item overlapping[] = { { "A", 1 }, { "B", 2 }, { "C", 3 }, { "Again", 2 }, { nullptr, 0 } };
+        const Enum::Item overlapping[] = {
+            { "A", 1 }, { "B", 2 }, { "C", 3 }, { "Again", 2 }, { nullptr, 0 }
+        };
         const Enum plain(shapeClass(), QStringLiteral("Plain"), overlapping, 0);
         QVERIFY(!plain.isMask());
         QCOMPARE(plain.valueToKey(2, nullptr), QStringLiteral("B"));
@@ -142,12 +145,18 @@ private slots:
     {
         QTest::addColumn<QString>("given");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("plain") << "int" << "int";
-        QTest::newRow("mark in front") << "*Foo" << "Foo*";
-        QTest::newRow("const reference") << "const QString&" << "const QString&";
-        QTest::newRow("template") << "Map<const A*,List<B, C>>" << "Map<const A*,List<B, C>>";
-        QTest::newRow("a mark alone") << "*" << "*";
-        QTest::newRow("const alone") << "const" << "const ";
+        QTest::newRow("plain") << "int"
+                               << "int";
+        QTest::newRow("mark in front") << "*Foo"
+                                       << "Foo*";
+        QTest::newRow("const reference") << "const QString&"
+                                         << "const QString&";
+        QTest::newRow("template") << "Map<const A*,List<B, C>>"
+                                  << "Map<const A*,List<B, C>>";
+        QTest::newRow("a mark alone") << "*"
+                                      << "*";
+        QTest::newRow("const alone") << "const"
+                                     << "const ";
     }
 
     void typeNamesGetOneSpelling()
@@ -166,7 +175,8 @@ private slots:
             return std::make_unique<GlobalMethod>(
                     +[](const ObjectList &, const Class *) { return wrap(value); },
                     Argument(Inspector::self()->type(IntClassId)), QStringLiteral("answer"),
-                    Signature { Argument(QString::fromLatin1(argument), Inspector::self()->type(IntClassId)) });
+                    Signature {
+                            Argument(QString::fromLatin1(argument), Inspector::self()->type(IntClassId)) });
         };
         const int before = global->numMethods();
         global->addMethod(method(1, "a"));

@@ -62,8 +62,9 @@ private slots:
                  hex(Null + Int + "00000000 00000000" + "0000000a 00530068006100700065"
                      + "0000000c 0043006f006c006f00750072"));
         QCOMPARE(recordOf(*shapeClass()->method(0)),
-                 hex("0000000e 006d006500610073007500720065" "0000000a 00530068006100700065" + intArgument
-                     + "00000000 00000000 00000000" + Null));
+                 hex("0000000e 006d006500610073007500720065"
+                     "0000000a 00530068006100700065"
+                     + intArgument + "00000000 00000000 00000000" + Null));
         QCOMPARE(recordOf(*shapeClass()->property(0)),
                  hex("0000000a 00770069006400740068" + intArgument + "0000000a 00530068006100700065"
                      + "00000000 00000000 00000003"));
@@ -121,7 +122,8 @@ private slots:
     {
         const SharedPtr<Object> from = newShape(77);
         const SharedPtr<Object> to = newShape(0);
-        QCOMPARE(bytesOf([&](QDataStream &stream) { from->streamObject(stream); }), QByteArray::fromHex("0000004d"));
+        QCOMPARE(bytesOf([&](QDataStream &stream) { from->streamObject(stream); }),
+                 QByteArray::fromHex("0000004d"));
         const SharedPtr<Object> text = wrap(QStringLiteral("hello"));
         const SharedPtr<Object> other = wrap(QStringLiteral("x"));
         readInto(other.get(), recordOf(*text));

@@ -34,8 +34,8 @@ class TestValues : public QObject
 private slots:
     void classesHaveFixedNumbers()
     {
-        const char *names[] = { "short", "int", "long", "bool", "char", "double", "int64", "void", "undefined",
-                                "Vorkel::Global" };
+        const char *names[] = { "short",  "int",   "long", "bool",      "char",
+                                "double", "int64", "void", "undefined", "Vorkel::Global" };
         for (int id = 0; id < 10; ++id)
             QCOMPARE(Inspector::self()->type(id)->className(), QString::fromLatin1(names[id]));
         QVERIFY(!Inspector::self()->type(-1));
@@ -80,8 +80,8 @@ private slots:
 
     void recastingChangesOnlyTheClass()
     {
-        const int primitives[] = { ShortClassId, IntClassId, LongClassId, BoolClassId, StringClassId, DoubleClassId,
-                                   Int64ClassId };
+        const int primitives[] = { ShortClassId,  IntClassId,    LongClassId, BoolClassId,
+                                   StringClassId, DoubleClassId, Int64ClassId };
         for (const int from : primitives) {
             for (const int to : primitives) {
                 const SharedPtr<Object> object = Inspector::self()->type(from)->construct({});
@@ -122,7 +122,8 @@ private slots:
 
     void arraysSayWhatIsWrong()
     {
-        const SharedPtr<Object> array = ArrayClass::createRemoteObject({ wrap(1), text(QStringLiteral("two")) });
+        const SharedPtr<Object> array =
+                ArrayClass::createRemoteObject({ wrap(1), text(QStringLiteral("two")) });
         QCOMPARE(callFirst(array, "at", { wrap(1) })->toString(), QStringLiteral("two"));
         QVERIFY(!callFirst(array, "at", { wrap(-1) }));
         QCOMPARE(Inspector::self()->lastError(), QStringLiteral("Negative index not supported"));
@@ -135,8 +136,8 @@ private slots:
 
     void mapsKeepKeysInOrder()
     {
-        const SharedPtr<Object> map =
-                MapClass::createRemoteObject({ { QStringLiteral("b"), wrap(2) }, { QStringLiteral("a"), wrap(1) } });
+        const SharedPtr<Object> map = MapClass::createRemoteObject(
+                { { QStringLiteral("b"), wrap(2) }, { QStringLiteral("a"), wrap(1) } });
         callFirst(map, "insert", { text(QStringLiteral("b")), wrap(3) });
         const MapClass::Items items = MapClass::unwrapRemoteObject(map);
         QCOMPARE(items.size(), std::size_t(2));
@@ -166,7 +167,8 @@ private slots:
         const SharedPtr<Object> rectangle = wrapScreenRectangle({ 10, 20, 5, 5 });
         QVERIFY((unwrapScreenPoint(callFirst(rectangle, "center", {})) == ScreenPoint { 12, 22 }));
         QVERIFY((ScreenRectangle { 10, 20, -1, 5 }.center() == ScreenPoint { 0, 0 }));
-        QCOMPARE(rectangle->objectClass()->fullyQualifiedClassName(), QStringLiteral("UiTypes::ScreenRectangle"));
+        QCOMPARE(rectangle->objectClass()->fullyQualifiedClassName(),
+                 QStringLiteral("UiTypes::ScreenRectangle"));
         const SharedPtr<Object> remote = createRemoteScreenRectangle(QRect(1, 2, 3, 4));
         QCOMPARE(unwrapRemoteScreenRectangleAsQRect(remote), QRect(1, 2, 3, 4));
         QVERIFY(remote->compare(wrapScreenRectangle({ 1, 2, 3, 4 })));
