@@ -76,9 +76,9 @@ void appendStamp(std::string &line)
     clock_gettime(CLOCK_REALTIME, &now);
     localtime_r(&now.tv_sec, &local);
     std::array<char, 64> stamp;
-    const int length = std::snprintf(stamp.data(), stamp.size(), "%02d:%02d:%02d.%03d %ld ", local.tm_hour,
-                                     local.tm_min, local.tm_sec, static_cast<int>(now.tv_nsec / 1000000),
-                                     static_cast<long>(getpid()));
+    const int length =
+            std::snprintf(stamp.data(), stamp.size(), "%02d:%02d:%02d.%03d %ld ", local.tm_hour, local.tm_min,
+                          local.tm_sec, static_cast<int>(now.tv_nsec / 1000000), static_cast<long>(getpid()));
     line.append(stamp.data(), static_cast<std::size_t>(length));
 }
 

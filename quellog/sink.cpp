@@ -36,7 +36,8 @@ public:
     {
         const timespec noWait = {};
         if (!m_wasPending) {
-            while (sigtimedwait(&m_brokenPipe, nullptr, &noWait) < 0 && errno == EINTR) { }
+            while (sigtimedwait(&m_brokenPipe, nullptr, &noWait) < 0 && errno == EINTR) {
+            }
         }
         pthread_sigmask(SIG_SETMASK, &m_previousMask, nullptr);
     }
@@ -79,7 +80,8 @@ int openForAppending(const std::string &path) noexcept
 
 } // namespace
 
-Sink::Sink(int descriptor) noexcept : m_descriptor(descriptor)
+Sink::Sink(int descriptor) noexcept
+    : m_descriptor(descriptor)
 {
     struct stat status = {};
     if (fstat(descriptor, &status) == 0) {

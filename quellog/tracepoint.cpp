@@ -53,11 +53,11 @@ std::unique_ptr<const Listener> listenerFromEnvironment()
     auto configuration = Configuration::parse(text ? text : "");
     if (configuration.isOff())
         return nullptr;
-    const std::optional<Sink> sink = configuration.file().empty() ? Sink::standardError()
-                                                                  : Sink::openFile(configuration.file());
+    const std::optional<Sink> sink =
+            configuration.file().empty() ? Sink::standardError() : Sink::openFile(configuration.file());
     if (!sink)
         return nullptr;
-    return std::make_unique<const Listener>(Listener{std::move(configuration), *sink});
+    return std::make_unique<const Listener>(Listener { std::move(configuration), *sink });
 }
 
 // Null while tracing is off. Never destroyed: static destructors report too.

@@ -19,7 +19,11 @@ public:
     /// The texts are not copied; they must live as long as the process (literals do).
     constexpr TracePoint(TraceLevel level, const char *file, int line, const char *function,
                          const char *category) noexcept
-        : m_file(file), m_function(function), m_category(category), m_line(line), m_level(level)
+        : m_file(file)
+        , m_function(function)
+        , m_category(category)
+        , m_line(line)
+        , m_level(level)
     {
     }
 

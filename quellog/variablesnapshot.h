@@ -14,7 +14,10 @@ class VariableSnapshot
 {
 public:
     VariableSnapshot() = default;
-    VariableSnapshot(std::initializer_list<VariableValue> values) : m_values(values) {}
+    VariableSnapshot(std::initializer_list<VariableValue> values)
+        : m_values(values)
+    {
+    }
 
     /// Throws std::bad_alloc when memory runs out.
     void append(VariableValue value) { m_values.push_back(std::move(value)); }

@@ -1,5 +1,6 @@
 #include "serverlib/argumentlist.h"
 
+#include <QBitArray>
 #include <QDataStream>
 #include <QMap>
 #include <QtEndian>
@@ -12,7 +13,14 @@ namespace Vorkel {
 namespace {
 
 /// How a value is told apart on the wire: by the numbers that stream version 6 knows.
-enum WireType : quint32 { WireInvalid = 0, WireMap = 1, WireList = 2, WireString = 3, WireStringList = 4 };
+enum WireType : quint32 {
+    WireInvalid = 0,
+    WireMap = 1,
+    WireList = 2,
+    WireString = 3,
+    WireStringList = 4,
+    WireBits = 30
+};
 
 struct PlainType
 {
@@ -34,7 +42,6 @@ constexpr PlainType PlainTypes[] = {
     { 27,         QMetaType::QTime      },
     { 28,         QMetaType::QDateTime  },
     { 29,         QMetaType::QByteArray },
-    { 30,         QMetaType::QBitArray  },
     { 33,         QMetaType::LongLong   },
     { 34,         QMetaType::ULongLong  },
 };
@@ -57,6 +64,7 @@ public:
 
 private:
     QVariant map(int depth);
+    QVariant bits();
     QVariant plain(quint32 wireType);
     QVariant corrupt();
     bool countOne();
@@ -102,6 +110,27 @@ QVariant Reader::map(int depth)
     return result;
 }
 
+/// Qt rounds the count up to whole bytes in a signed number of the machine's width, which a count close
+/// to 2^31 leaves on 32 bits. Here the bytes have to be there first, and no block has so many.
+QVariant Reader::bits()
+{
+    constexpr quint64 Piece = 1 << 20;
+    quint32 count = 0;
+    m_stream >> count;
+    QByteArray bytes;
+    for (quint64 left = (quint64(count) + 7) / 8; left > 0 && m_stream.status() == QDataStream::Ok;) {
+        const int size = static_cast<int>(std::min(left, Piece));
+        const qsizetype begin = bytes.size();
+        bytes.resize(begin + size);
+        if (m_stream.readRawData(bytes.data() + begin, size) != size)
+            m_stream.setStatus(QDataStream::ReadPastEnd);
+        left -= static_cast<quint64>(size);
+    }
+    if (m_stream.status() != QDataStream::Ok)
+        return QVariant();
+    return QBitArray::fromBits(bytes.constData(), static_cast<qsizetype>(count));
+}
+
 QVariant Reader::plain(quint32 wireType)
 {
     const auto *row = std::find_if(std::begin(PlainTypes), std::end(PlainTypes),
@@ -137,6 +166,8 @@ QVariant Reader::value(int depth)
             m_stream >> text;
             return text;
         });
+    case WireBits:
+        return bits();
     default:
         return plain(wireType);
     }

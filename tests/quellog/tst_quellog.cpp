@@ -63,7 +63,7 @@ int reportCategories()
 
 int reportLevels()
 {
-    VORKEL_TRACE("Hook", u"gr\u00fc\u00dfe\nzwei"_s, {"count", 7}, {"func", std::string("ping")});
+    VORKEL_TRACE("Hook", u"gr\u00fc\u00dfe\nzwei"_s, { "count", 7 }, { "func", std::string("ping") });
     VORKEL_TRACE_AT(Warning, "Hook", std::string("late"));
     return 0;
 }
@@ -71,8 +71,8 @@ int reportLevels()
 template <typename Number>
 void reportLimits()
 {
-    VORKEL_TRACE("Hook", "limits", {"min", std::numeric_limits<Number>::min()},
-                 {"max", std::numeric_limits<Number>::max()});
+    VORKEL_TRACE("Hook", "limits", { "min", std::numeric_limits<Number>::min() },
+                 { "max", std::numeric_limits<Number>::max() });
 }
 
 int reportValues()
@@ -83,10 +83,10 @@ int reportValues()
     reportLimits<quint16>();
     reportLimits<long long>();
     reportLimits<unsigned long long>();
-    VORKEL_TRACE("Hook", "numbers", {"d", 0.1}, {"f", 0.5f}, {"b", true}, {"k", Kind::Second});
-    VORKEL_TRACE("Hook", "texts", {"q", u"\u20ac \"x\""_s}, {"c", "a\\b"}, {"n", nothing},
-                 {"s", std::string("1\r\n\t\0\x1b\x7f", 7)}, {"v", QStringView(u"view").first(2)},
-                 {"y", QByteArray("bytes")});
+    VORKEL_TRACE("Hook", "numbers", { "d", 0.1 }, { "f", 0.5f }, { "b", true }, { "k", Kind::Second });
+    VORKEL_TRACE("Hook", "texts", { "q", u"\u20ac \"x\""_s }, { "c", "a\\b" }, { "n", nothing },
+                 { "s", std::string("1\r\n\t\0\x1b\x7f", 7) }, { "v", QStringView(u"view").first(2) },
+                 { "y", QByteArray("bytes") });
     return 0;
 }
 
@@ -94,7 +94,7 @@ int leaveErrnoAlone()
 {
     for (int visit = 0; visit < 2; ++visit) {
         errno = ERANGE;
-        VORKEL_TRACE("Hook", "errno", {"value", (errno = EPERM)});
+        VORKEL_TRACE("Hook", "errno", { "value", (errno = EPERM) });
         if (errno != ERANGE)
             return 1;
     }
@@ -106,16 +106,16 @@ int leaveValuesAlone()
 {
     int evaluations = 0;
     for (int visit = 0; visit < 3; ++visit)
-        VORKEL_TRACE("Hook", "lazy", {"value", ++evaluations});
+        VORKEL_TRACE("Hook", "lazy", { "value", ++evaluations });
     return evaluations;
 }
 
 int runOutOfMemory()
 {
     const std::string text(1000, 'x');
-    for (const bool fails : {false, true, false}) {
+    for (const bool fails : { false, true, false }) {
         outOfMemory = fails;
-        VORKEL_TRACE("Hook", "memory", {"text", text});
+        VORKEL_TRACE("Hook", "memory", { "text", text });
     }
     return 0;
 }
@@ -148,7 +148,7 @@ int reportFromThreads()
 {
     const auto work = [] {
         for (int i = 0; i < linesPerThread; ++i)
-            VORKEL_TRACE("Hook", "crowd", {"i", i}, {"pad", QString(100 + i, u'p')});
+            VORKEL_TRACE("Hook", "crowd", { "i", i }, { "pad", QString(100 + i, u'p') });
     };
     std::vector<std::thread> threads;
     for (int i = 0; i < threadCount; ++i)
@@ -243,7 +243,7 @@ void tst_quellog::start(QProcess *process, const QByteArray &deed, const QString
     environment.insert(u"VORKEL_TRACE"_s, configuration);
     process->setProcessEnvironment(environment);
     process->setWorkingDirectory(m_folder->path());
-    process->start(QCoreApplication::applicationFilePath(), {u"--deed"_s, QString::fromLatin1(deed)});
+    process->start(QCoreApplication::applicationFilePath(), { u"--deed"_s, QString::fromLatin1(deed) });
 }
 
 // What the child writes on its standard error stream, once it has ended well.
@@ -275,8 +275,8 @@ void tst_quellog::reports_data()
                         const QByteArrayList &expected) {
         QTest::newRow(name) << QByteArray(deed) << configuration << expected;
     };
-    const QByteArrayList all{"from hook", "from ipc", "from names"};
-    const QByteArrayList two{"from hook", "from ipc"};
+    const QByteArrayList all { "from hook", "from ipc", "from names" };
+    const QByteArrayList two { "from hook", "from ipc" };
     const QByteArray longLine = "memory text=\"" + QByteArray(1000, 'x') + '"';
     // clang-format off
     row("no category",          "categories", u""_s, {});
@@ -329,7 +329,7 @@ void tst_quellog::appendsToFile()
 {
     for (int i = 0; i < 2; ++i)
         QCOMPARE(run("descriptors", u"Hook@trace@1"_s), QByteArray());
-    QCOMPARE(messages(fileContent(u"trace@1"_s)), (QByteArrayList{"before", "before"}));
+    QCOMPARE(messages(fileContent(u"trace@1"_s)), (QByteArrayList { "before", "before" }));
 }
 
 void tst_quellog::keepsLinesOfProcessesWhole()

@@ -211,6 +211,7 @@ void tst_golden::badValues_data()
     row("huge text",             hex("00000003 FFFFFFFE 0061"),         tooShort);
     row("huge bytes",            hex("0000001D FFFFFFFE 0061"),         tooShort);
     row("huge bits",             hex("0000001E FFFFFFFF 00"),           tooShort);
+    row("huge signed bits",      hex("0000001E 7FFFFFFF 00"),           tooShort);
     row("huge lists in lists",   nested(60, "00000002 FFFFFFFF 00000002 FFFFFFFF"), tooShort);
     row("odd text",              hex("00000003 00000003 006100"),       corrupt);
     row("font",                  hex("00000005 00000000"),              corrupt);
