@@ -1,5 +1,6 @@
 #include "qtclass.h"
 
+#include "qtenums.h"
 #include "qtobjects.h"
 #include "qtvalues.h"
 
@@ -107,14 +108,6 @@ Enum *QtClass::createEnum(int index) const
     return created;
 }
 
-const Enum *QtClass::findEnum(const QMetaEnum &metaEnum) const
-{
-    if (!metaEnum.isValid())
-        return nullptr;
-    const Class *scope = Inspector::self()->type(QString::fromLatin1(metaEnum.scope()));
-    return scope ? scope->enumerator(QString::fromLatin1(metaEnum.name())) : nullptr;
-}
-
 QMetaProperty QtClass::metaProperty(int id) const
 {
     return m_metaObject->property(m_metaObject->propertyOffset() + id - superClassOffset(PropertyOffset));
@@ -124,7 +117,7 @@ Property *QtClass::createProperty(int index) const
 {
     const QMetaProperty property = metaProperty(index);
     const Argument type = QtValues::argumentFor(QString(), property.metaType());
-    const Enum *enumerator = property.isEnumType() ? findEnum(property.enumerator()) : nullptr;
+    const Enum *enumerator = QtEnums::enumFor(property.enumerator());
     return new Property(this, Argument(QString(), type.argumentClass(), type.attribute(), enumerator),
                         QString::fromLatin1(property.name()), flagsOf(property), index);
 }

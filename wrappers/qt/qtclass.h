@@ -4,7 +4,6 @@
 #include "objectmodel/enum.h"
 #include "objectmodel/signature.h"
 
-#include <QMetaEnum>
 #include <QMetaObject>
 
 #include <deque>
@@ -37,7 +36,6 @@ public:
 private:
     [[nodiscard]] QMetaProperty metaProperty(int id) const;
     [[nodiscard]] Signature signatureOf(const QMetaMethod &method) const;
-    [[nodiscard]] const Enum *findEnum(const QMetaEnum &metaEnum) const;
 
     const QMetaObject *m_metaObject;
     std::vector<int> m_methods; // indexes in the meta-object

@@ -8,6 +8,19 @@
 
 namespace Vorkel {
 
+namespace {
+
+/// The class that moc made. One that was made at run time may go with its object.
+const QMetaObject *lastingMetaObject(const QObject *object)
+{
+    const QMetaObject *metaObject = object->metaObject();
+    while (!metaObject->d.static_metacall && metaObject->superClass())
+        metaObject = metaObject->superClass();
+    return metaObject;
+}
+
+} // namespace
+
 QtObject::QtObject(QObject *object, const Class *objectClass, QtObjects *registry)
     : Object(object, objectClass, ObjectAttribute(ObjectAttribute::Pointer, 0))
     , m_registry(registry)
@@ -33,7 +46,7 @@ SharedPtr<Object> QtObjects::wrap(QObject *object)
         return nullptr;
     if (QtObject *known = m_known.value(object))
         return SharedPtr<Object>(known);
-    auto *created = new QtObject(object, classOf(object->metaObject()), this);
+    auto *created = new QtObject(object, classOf(lastingMetaObject(object)), this);
     SharedPtr<Object> result(created);
     m_known.insert(object, created);
     connect(object, &QObject::destroyed, this, &QtObjects::onDestroyed, Qt::DirectConnection);

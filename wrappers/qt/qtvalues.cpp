@@ -1,6 +1,7 @@
 #include "qtvalues.h"
 
 #include "qtclass.h"
+#include "qtenums.h"
 #include "qtobjects.h"
 #include "qtvalueclass.h"
 
@@ -181,11 +182,12 @@ QVariant fromObject(const SharedPtr<Object> &object, QMetaType type)
             return QVariant();
         return QVariant(type, &wrapped);
     }
-    if (type.flags() & QMetaType::IsEnumeration && value.canConvert<int>()) {
-        const int number = value.toInt();
+    if (type.flags() & QMetaType::IsEnumeration) {
+        const std::optional<int> number = QtEnums::valueOf(QtEnums::metaEnumOf(type), value.toString());
         QVariant result(type);
-        return QMetaType::convert(QMetaType::fromType<int>(), &number, type, result.data()) ? result
-                                                                                            : QVariant();
+        return number && QMetaType::convert(QMetaType::fromType<int>(), &*number, type, result.data())
+                ? result
+                : QVariant();
     }
     return value.convert(type) ? value : QVariant();
 }
@@ -195,7 +197,7 @@ Argument argumentFor(const QString &name, QMetaType type)
     const Inspector *inspector = Inspector::self();
     switch (kindOf(type)) {
     case Kind::Int:
-        return Argument(name, inspector->type(IntClassId));
+        return Argument(name, inspector->type(IntClassId), QtEnums::enumFor(QtEnums::metaEnumOf(type)));
     case Kind::Int64:
         return Argument(name, inspector->type(Int64ClassId));
     case Kind::Bool:
