@@ -32,7 +32,8 @@ constexpr char TreeDetails[] =
 constexpr char ClassesDetails[] =
         "Prints each class with its super class, constructors, properties, methods, events and enums.\n"
         "A class is announced when an object of it is first seen, so all objects are looked at before.\n";
-constexpr char GetDetails[] = "An OBJECT is a path that 'vorkel tree' shows: AddressBook/centralWidget/name.\n";
+constexpr char GetDetails[] =
+        "An OBJECT is a path that 'vorkel tree' shows: AddressBook/centralWidget/name.\n";
 constexpr char SetDetails[] =
         "An OBJECT is a path that 'vorkel tree' shows. A VALUE is JSON; what is no JSON is taken as\n"
         "text. Prints the value before and the one after.\n";

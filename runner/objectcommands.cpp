@@ -74,8 +74,7 @@ Failure invokeCommand(const Options &options)
         return { ExitCode::BadUsage, call.error() };
     return withObject(options, [&](RemoteObjects &objects, const ObjectHandle &object) {
         QString result;
-        const Failure failure =
-                objects.invoke(object, call.value().name, call.value().arguments, &result);
+        const Failure failure = objects.invoke(object, call.value().name, call.value().arguments, &result);
         if (!failure.isFailure() && !result.isEmpty())
             print(options, result);
         return failure;

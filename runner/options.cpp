@@ -20,9 +20,9 @@ const QCommandLineOption PlatformOption(
         QStringLiteral("Qt's platform plug-in for the program. Without a display in "
                        "the environment it is 'offscreen', else Qt's own choice."),
         QStringLiteral("name"));
-const QCommandLineOption DepthLimitOption(QStringLiteral("depth"),
-                                          QStringLiteral("Look at this many levels of objects instead of all."),
-                                          QStringLiteral("levels"));
+const QCommandLineOption DepthLimitOption(
+        QStringLiteral("depth"), QStringLiteral("Look at this many levels of objects instead of all."),
+        QStringLiteral("levels"));
 const QCommandLineOption JsonOption(QStringLiteral("json"), QStringLiteral("Print JSON, for tools."));
 
 /// Without a display Qt programs do not start, so they get a platform that needs none.
@@ -72,13 +72,14 @@ void readDepth(const QCommandLineParser &parser, Options *options)
 QString badWords(const CommandInfo &info, const Options &options)
 {
     const qsizetype count = options.words.size();
-    if (options.command.isEmpty())
-        return QStringLiteral("the program to start is missing: it stands behind '--'");
     if (count > info.maxWords) {
         return QStringLiteral("'%1' is not understood; the program to start stands behind '--'")
                 .arg(options.words.at(info.maxWords));
     }
-    return count < info.minWords ? QStringLiteral("it takes %1 before '--'").arg(QLatin1String(info.wordsHelp))
+    if (options.command.isEmpty())
+        return QStringLiteral("the program to start is missing: it stands behind '--'");
+    return count < info.minWords ? QStringLiteral("'%1' takes %2 before '--'")
+                                           .arg(QLatin1String(info.name), QLatin1String(info.wordsHelp))
                                  : QString();
 }
 

@@ -236,8 +236,8 @@ Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &pr
     return lastError(QStringLiteral("property '%1' of %2 does not take that value").arg(property, className));
 }
 
-Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method, const QVariantList &arguments,
-                              QString *result)
+Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
+                              const QVariantList &arguments, QString *result)
 {
     const ClassRecord *record = nullptr;
     if (const Failure failure = classOf(object, &record); failure.isFailure())
