@@ -65,16 +65,16 @@ QJsonObject toJson(const ClassRecord &record)
 
 Failure classesCommand(const Options &options)
 {
-    return lookAtProgram(options, [&](RemoteObjects &objects) {
+    return lookAtProgram(options, [&](Look &look) {
         // A class is made when something of it is first seen.
         QList<TreeNode> nodes;
-        Failure failure = readTree(objects, {}, options.depth, &nodes);
+        Failure failure = readTree(look.objects, {}, options.depth, &nodes);
         if (!failure.isFailure())
-            failure = objects.readClasses();
+            failure = look.objects.readClasses();
         if (failure.isFailure())
             return failure;
         QJsonArray records;
-        for (const ClassRecord &record : objects.classes().classes()) {
+        for (const ClassRecord &record : look.objects.classes().classes()) {
             if (options.json)
                 records.append(toJson(record));
             else

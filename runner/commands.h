@@ -11,6 +11,8 @@ namespace Vorkel::Runner {
 Failure infoCommand(const Options &options);
 Failure treeCommand(const Options &options);
 Failure classesCommand(const Options &options);
+Failure findCommand(const Options &options);
+Failure namesCommand(const Options &options);
 Failure getCommand(const Options &options);
 Failure setCommand(const Options &options);
 Failure invokeCommand(const Options &options);

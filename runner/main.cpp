@@ -26,32 +26,43 @@ constexpr char InjectDetails[] =
         "For other runners: they set VORKEL_RUNNERID, VORKEL_SERVERADDRESS, VORKEL_PORT and\n"
         "VORKEL_APPID, and the program connects to them. This command becomes the program.\n";
 constexpr char TreeDetails[] =
-        "Prints windows and what they are made of, a line each with name and class, children\n"
-        "indented below their parent. The names from the top, joined by '/', are the OBJECT of get,\n"
-        "set and invoke.\n";
+        "Prints windows and what they are made of, a line each with name, class and the real name by\n"
+        "which exactly this object is found, children indented below their parent. With an object\n"
+        "map, symbols stand in place of the real names that it knows.\n";
 constexpr char ClassesDetails[] =
         "Prints each class with its super class, constructors, properties, methods, events and enums.\n"
         "A class is announced when an object of it is first seen, so all objects are looked at before.\n";
-constexpr char GetDetails[] =
-        "An OBJECT is a path that 'vorkel tree' shows: AddressBook/centralWidget/name.\n";
+constexpr char NamesDetails[] =
+        "Prints an object map of what is on screen: a line for each object with a symbol, a tab and\n"
+        "the real name. What an object map given by --map knows keeps its symbol.\n";
+constexpr char FindDetails[] =
+        "A NAME is real, {name='nameEdit' type='QLineEdit'}, hierarchical, MainWindow.nameEdit, or a\n"
+        "symbol of the object map, :nameEdit_QLineEdit. Waits for the object to be there and prints its\n"
+        "real name and its properties, or the whole reason why there is none.\n";
+constexpr char GetDetails[] = "A NAME is one that 'vorkel find' takes.\n";
 constexpr char SetDetails[] =
-        "An OBJECT is a path that 'vorkel tree' shows. A VALUE is JSON; what is no JSON is taken as\n"
-        "text. Prints the value before and the one after.\n";
+        "A NAME is one that 'vorkel find' takes. A VALUE is JSON; what is no JSON is taken as text.\n"
+        "Prints the value before and the one after.\n";
 constexpr char InvokeDetails[] =
-        "An OBJECT is a path that 'vorkel tree' shows. A CALL is the name of a slot or invokable\n"
-        "method, with its arguments as JSON in parentheses if it takes any: clear, 'setText(\"new\")'.\n"
-        "Prints what it returns.\n";
+        "A NAME is one that 'vorkel find' takes. A CALL is the name of a slot or invokable method, with\n"
+        "its arguments as JSON in parentheses if it takes any: clear, 'setText(\"new\")'. Prints what it\n"
+        "returns.\n";
+
+constexpr int TreeOptions = SessionOptions | MapOption | DepthOption;
+constexpr int ObjectOptions = SessionOptions | MapOption | WaitOption;
 
 // clang-format off
 constexpr Command Commands[] = {
-    { { "info",    "Starts a Qt 6 program with the hook inside and prints what the hook reports.", nullptr,                 0, 0,   InfoDetails,    SessionOptions               }, infoCommand    },
-    { { "tree",    "Starts a Qt 6 program and prints its objects.",                                nullptr,                 0, 0,   TreeDetails,    SessionOptions | DepthOption }, treeCommand    },
-    { { "classes", "Starts a Qt 6 program and prints the classes of its objects.",                 nullptr,                 0, 0,   ClassesDetails, SessionOptions | DepthOption }, classesCommand },
-    { { "get",     "Starts a Qt 6 program and prints a property of an object.",                    "OBJECT PROPERTY",       2, 2,   GetDetails,     SessionOptions               }, getCommand     },
-    { { "set",     "Starts a Qt 6 program and sets a property of an object.",                      "OBJECT PROPERTY VALUE", 3, 3,   SetDetails,     SessionOptions               }, setCommand     },
-    { { "invoke",  "Starts a Qt 6 program and calls a slot or method of an object.",               "OBJECT CALL",           2, 2,   InvokeDetails,  SessionOptions               }, invokeCommand  },
-    { { "call",    "Starts a Qt 6 program and calls remote functions of its hook.",                "CALL...",               1, 999, CallDetails,    SessionOptions               }, callCommand    },
-    { { "inject",  "Runs a Qt 6 program with the hook inside, for a runner of your own.",          nullptr,                 0, 0,   InjectDetails,  NoOptions                    }, injectCommand  },
+    { { "info",    "Starts a Qt 6 program with the hook inside and prints what the hook reports.", nullptr,               0, 0,   InfoDetails,    SessionOptions                            }, infoCommand    },
+    { { "tree",    "Starts a Qt 6 program and prints its objects.",                                nullptr,               0, 0,   TreeDetails,    TreeOptions                               }, treeCommand    },
+    { { "names",   "Starts a Qt 6 program and prints an object map of what is on screen.",         nullptr,               0, 0,   NamesDetails,   SessionOptions | MapOption | NamesOptions }, namesCommand   },
+    { { "find",    "Starts a Qt 6 program and finds an object by its name.",                       "NAME",                1, 1,   FindDetails,    ObjectOptions                             }, findCommand    },
+    { { "get",     "Starts a Qt 6 program and prints a property of an object.",                    "NAME PROPERTY",       2, 2,   GetDetails,     ObjectOptions                             }, getCommand     },
+    { { "set",     "Starts a Qt 6 program and sets a property of an object.",                      "NAME PROPERTY VALUE", 3, 3,   SetDetails,     ObjectOptions                             }, setCommand     },
+    { { "invoke",  "Starts a Qt 6 program and calls a slot or method of an object.",               "NAME CALL",           2, 2,   InvokeDetails,  ObjectOptions                             }, invokeCommand  },
+    { { "classes", "Starts a Qt 6 program and prints the classes of its objects.",                 nullptr,               0, 0,   ClassesDetails, SessionOptions | DepthOption              }, classesCommand },
+    { { "call",    "Starts a Qt 6 program and calls remote functions of its hook.",                "CALL...",             1, 999, CallDetails,    SessionOptions                            }, callCommand    },
+    { { "inject",  "Runs a Qt 6 program with the hook inside, for a runner of your own.",          nullptr,               0, 0,   InjectDetails,  NoOptions                                 }, injectCommand  },
 };
 // clang-format on
 

@@ -6,6 +6,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 
 #include <cstdio>
 
@@ -17,10 +18,10 @@ namespace {
 template <typename Work>
 Failure withObject(const Options &options, Work work)
 {
-    return lookAtProgram(options, [&](RemoteObjects &objects) {
+    return lookAtProgram(options, [&](Look &look) {
         ObjectHandle object;
-        const Failure failure = objects.find(options.words.at(0), &object);
-        return failure.isFailure() ? failure : work(objects, object);
+        const Failure failure = look.objects.find(options.words.at(0), options.waitMs, &object);
+        return failure.isFailure() ? failure : work(look.objects, object);
     });
 }
 
@@ -36,6 +37,34 @@ void print(const Options &options, const QString &text)
 }
 
 } // namespace
+
+Failure findCommand(const Options &options)
+{
+    return withObject(options, [&](RemoteObjects &objects, const ObjectHandle &object) {
+        QString name;
+        QList<std::pair<QString, QString>> properties;
+        Failure failure = objects.realName(object, &name);
+        if (!failure.isFailure())
+            failure = objects.properties(object, &properties);
+        if (failure.isFailure())
+            return failure;
+        QJsonObject json;
+        if (!options.json)
+            std::printf("%s\n", qUtf8Printable(name));
+        for (const auto &[key, value] : properties) {
+            if (options.json)
+                json.insert(key, value);
+            else
+                std::printf("    %-24s %s\n", qUtf8Printable(key), qUtf8Printable(value));
+        }
+        if (options.json) {
+            const QJsonObject record { { QStringLiteral("realName"), name },
+                                       { QStringLiteral("properties"), json } };
+            std::printf("%s", QJsonDocument(record).toJson().constData());
+        }
+        return failure;
+    });
+}
 
 Failure getCommand(const Options &options)
 {

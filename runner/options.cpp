@@ -23,6 +23,18 @@ const QCommandLineOption PlatformOption(
 const QCommandLineOption DepthLimitOption(
         QStringLiteral("depth"), QStringLiteral("Look at this many levels of objects instead of all."),
         QStringLiteral("levels"));
+const QCommandLineOption MapFileOption(QStringLiteral("map"),
+                                       QStringLiteral("Use this object map: names in it stand for objects."),
+                                       QStringLiteral("file"));
+const QCommandLineOption WaitLimitOption(
+        QStringLiteral("wait"), QStringLiteral("Wait this long for an object that is not there yet (5)."),
+        QStringLiteral("seconds"), QStringLiteral("5"));
+const QCommandLineOption OutputOption(QStringList { QStringLiteral("o"), QStringLiteral("output") },
+                                      QStringLiteral("Write to this file instead of the standard output."),
+                                      QStringLiteral("file"));
+const QCommandLineOption AuditOption(QStringLiteral("audit"),
+                                     QStringLiteral("List the objects that lack a lasting name instead, and "
+                                                    "what would help."));
 const QCommandLineOption JsonOption(QStringLiteral("json"), QStringLiteral("Print JSON, for tools."));
 
 /// Without a display Qt programs do not start, so they get a platform that needs none.
@@ -41,6 +53,20 @@ QString badValue(const QCommandLineParser &parser, const QCommandLineOption &opt
             .arg(option.names().constFirst(), expected, parser.value(option));
 }
 
+int readSeconds(const QCommandLineParser &parser, const QCommandLineOption &option, bool canBeZero,
+                QString *error)
+{
+    constexpr double Most = 1000000;
+    bool ok = false;
+    const double seconds = parser.value(option).toDouble(&ok);
+    if (ok && seconds <= Most && (seconds > 0 || (canBeZero && seconds == 0)))
+        return static_cast<int>(seconds * 1000);
+    *error = badValue(parser, option,
+                      canBeZero ? QStringLiteral("a number of seconds from 0 on")
+                                : QStringLiteral("a number of seconds above 0"));
+    return 0;
+}
+
 void readSession(const QCommandLineParser &parser, Options *options)
 {
     bool ok = false;
@@ -48,11 +74,7 @@ void readSession(const QCommandLineParser &parser, Options *options)
     options->session.port = parser.value(PortOption).toUShort(&ok);
     if (!ok)
         options->error = badValue(parser, PortOption, QStringLiteral("a number from 0 to 65535"));
-    const double seconds = parser.value(TimeoutOption).toDouble(&ok);
-    if (!ok || !(seconds > 0 && seconds <= 1000000))
-        options->error = badValue(parser, TimeoutOption, QStringLiteral("a number of seconds above 0"));
-    else
-        options->session.timeoutMs = static_cast<int>(seconds * 1000);
+    options->session.timeoutMs = readSeconds(parser, TimeoutOption, false, &options->error);
     options->session.platform =
             parser.isSet(PlatformOption) ? parser.value(PlatformOption) : defaultPlatform();
     options->json = parser.isSet(JsonOption);
@@ -106,6 +128,12 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
         parser.addOptions({ HostOption, PortOption, TimeoutOption, PlatformOption, JsonOption });
     if (info.options & DepthOption)
         parser.addOption(DepthLimitOption);
+    if (info.options & MapOption)
+        parser.addOption(MapFileOption);
+    if (info.options & WaitOption)
+        parser.addOption(WaitLimitOption);
+    if (info.options & NamesOptions)
+        parser.addOptions({ OutputOption, AuditOption });
 
     const qsizetype separator = arguments.indexOf(QLatin1String("--"));
     const QStringList own = separator < 0 ? arguments : arguments.first(separator);
@@ -125,6 +153,14 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
         readSession(parser, &options);
     if (info.options & DepthOption)
         readDepth(parser, &options);
+    if (info.options & MapOption)
+        options.mapFile = parser.value(MapFileOption);
+    if (info.options & WaitOption)
+        options.waitMs = readSeconds(parser, WaitLimitOption, true, &options.error);
+    if (info.options & NamesOptions) {
+        options.outputFile = parser.value(OutputOption);
+        options.audit = parser.isSet(AuditOption);
+    }
     if (const QString error = badWords(info, options); !error.isEmpty())
         options.error = error;
     return options;

@@ -12,6 +12,10 @@ struct Options
     SessionSettings session;
     bool json = false;
     int depth = -1; ///< how many levels of objects to look at; negative: all
+    int waitMs = 5000; ///< for an object that is not there yet
+    QString mapFile; ///< the object map to use; empty: none
+    QString outputFile; ///< where to write; empty: the standard output
+    bool audit = false;
     QStringList words; ///< between the options and `--`
     QStringList command; ///< behind `--`: the program and its arguments
 
@@ -25,7 +29,10 @@ struct Options
 enum OptionSet {
     NoOptions = 0,
     SessionOptions = 1, ///< where to listen, how long to wait, JSON
-    DepthOption = 2
+    DepthOption = 2,
+    MapOption = 4, ///< an object map
+    WaitOption = 8, ///< how long to wait for an object
+    NamesOptions = 16 ///< where to write names, and whether to judge them
 };
 
 /// What one command takes.

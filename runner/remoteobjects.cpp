@@ -2,6 +2,10 @@
 
 #include "nearestname.h"
 
+#include "objectmodel/objectname.h"
+
+#include <QDeadlineTimer>
+
 #include <algorithm>
 
 namespace Vorkel::Runner {
@@ -16,18 +20,8 @@ Failure refused(const QString &text)
     return { ExitCode::CallFailed, text };
 }
 
-/// What a person reads next to a name that is not there.
-constexpr qsizetype MaxListed = 20;
-
-QString listed(const QStringList &names)
-{
-    if (names.isEmpty())
-        return QStringLiteral("nothing is there");
-    const QString first = names.first(std::min(names.size(), MaxListed)).join(QLatin1String(", "));
-    return names.size() <= MaxListed
-            ? QStringLiteral("there is %1").arg(first)
-            : QStringLiteral("there is %1 and %2 more").arg(first).arg(names.size() - MaxListed);
-}
+/// Between two looks for an object that is not there yet.
+constexpr int PollMs = 50;
 
 ObjectHandle handleFrom(const QString &text)
 {
@@ -139,31 +133,31 @@ Failure RemoteObjects::name(const ObjectHandle &object, QString *name)
     return failure;
 }
 
-Failure RemoteObjects::find(const QString &path, ObjectHandle *found)
+Failure RemoteObjects::find(const QString &name, int waitMs, ObjectHandle *found)
 {
-    ObjectHandle at;
-    QString where = QStringLiteral("at the top");
-    for (const QString &part : path.split(u'/', Qt::SkipEmptyParts)) {
-        QList<ObjectHandle> candidates;
-        if (const Failure failure = children(at, &candidates); failure.isFailure())
+    // What is no name will be none later.
+    const bool isName = !isMultiPropertyName(name) || ObjectName(name).isValid();
+    const QDeadlineTimer limit(isName ? waitMs : 0);
+    for (;;) {
+        const Failure failure = callObject(QStringLiteral("objectFind"), { name },
+                                           QStringLiteral("'%1' names no object").arg(name), found);
+        if (failure.code != ExitCode::CallFailed || limit.hasExpired())
             return failure;
-        QStringList names;
-        for (const ObjectHandle &candidate : candidates) {
-            if (const Failure failure = name(candidate, &names.emplaceBack()); failure.isFailure())
-                return failure;
-        }
-        const qsizetype index = names.indexOf(part);
-        if (index < 0) {
-            return refused(QStringLiteral("no object '%1' stands %2%3; %4")
-                                   .arg(part, where, suggestion(part, names), listed(names)));
-        }
-        at = candidates.at(index);
-        where = QStringLiteral("below '%1'").arg(part);
+        m_session->idle(static_cast<int>(std::min<qint64>(PollMs, limit.remainingTime())));
     }
-    if (at.id == 0)
-        return refused(QStringLiteral("'%1' names no object").arg(path));
-    *found = at;
-    return {};
+}
+
+Failure RemoteObjects::realName(const ObjectHandle &object, QString *name)
+{
+    QVariant reply;
+    const Failure failure = call(QStringLiteral("qualifiedObjectName"), { object.id }, &reply);
+    *name = reply.toString();
+    return failure;
+}
+
+Failure RemoteObjects::setObjectMap(const QString &text)
+{
+    return m_session->send(QStringLiteral("setObjectMap"), { text });
 }
 
 Failure RemoteObjects::findProperty(const ObjectHandle &object, const QString &name,
@@ -194,20 +188,47 @@ Failure RemoteObjects::textOf(const ObjectHandle &object, QString *text)
     return failure;
 }
 
+/// The failure has `otherwise` as its text where the program gives no reason.
+Failure RemoteObjects::propertyText(const ObjectHandle &object, const PropertyRecord &record,
+                                    const QString &otherwise, QString *value)
+{
+    ObjectHandle got;
+    const int id = record.id;
+    const ArgumentRecord type = record.type;
+    Failure failure = callObject(QStringLiteral("getProperty"), { object.id, id }, otherwise, &got);
+    if (!failure.isFailure())
+        failure = textOf(got, value);
+    if (const EnumRecord *enumerator = m_classes.enumOf(type); enumerator && !failure.isFailure())
+        *value = toText(*enumerator, value->toInt());
+    return failure;
+}
+
 Failure RemoteObjects::getProperty(const ObjectHandle &object, const QString &property, QString *value)
 {
     const PropertyRecord *record = nullptr;
     QString className;
     if (const Failure failure = findProperty(object, property, &record, &className); failure.isFailure())
         return failure;
-    ObjectHandle got;
-    const QString otherwise = QStringLiteral("property '%1' of %2 has no value").arg(property, className);
-    Failure failure = callObject(QStringLiteral("getProperty"), { object.id, record->id }, otherwise, &got);
-    if (!failure.isFailure())
-        failure = textOf(got, value);
-    if (const EnumRecord *enumerator = m_classes.enumOf(record->type); enumerator && !failure.isFailure())
-        *value = toText(*enumerator, value->toInt());
-    return failure;
+    return propertyText(object, *record,
+                        QStringLiteral("property '%1' of %2 has no value").arg(property, className), value);
+}
+
+Failure RemoteObjects::properties(const ObjectHandle &object, QList<std::pair<QString, QString>> *found)
+{
+    const ClassRecord *record = nullptr;
+    if (const Failure failure = classOf(object, &record); failure.isFailure())
+        return failure;
+    for (const QString &name : m_classes.propertyNames(record)) {
+        QString value;
+        const PropertyRecord *property = m_classes.property(record, name);
+        const Failure failure = property->isReadable() ? propertyText(object, *property, QString(), &value)
+                                                       : refused(QString());
+        if (!failure.isFailure())
+            found->append({ name, value });
+        else if (failure.code != ExitCode::CallFailed)
+            return failure;
+    }
+    return {};
 }
 
 Failure RemoteObjects::createValue(const QVariant &value, ObjectHandle *created)

@@ -28,10 +28,16 @@ public:
 
     Failure children(const ObjectHandle &object, QList<ObjectHandle> *found);
     Failure name(const ObjectHandle &object, QString *name);
-    /// The object at `path`: names joined by "/", from the top. The failure says what stands there
-    /// instead.
-    Failure find(const QString &path, ObjectHandle *found);
+    /// The object called `name`: real, hierarchical, mixed or symbolic. Waits until it is there, for at
+    /// most `waitMs`; the failure is the program's whole reason.
+    Failure find(const QString &name, int waitMs, ObjectHandle *found);
+    /// The name by which exactly this object is found; empty where the program has none.
+    Failure realName(const ObjectHandle &object, QString *name);
+    /// From here on the program knows symbolic names by this object map, in its text form.
+    Failure setObjectMap(const QString &text);
 
+    /// All properties with a value, as text, in the order in which they are declared.
+    Failure properties(const ObjectHandle &object, QList<std::pair<QString, QString>> *found);
     /// The value of a property as text.
     Failure getProperty(const ObjectHandle &object, const QString &property, QString *value);
     Failure setProperty(const ObjectHandle &object, const QString &property, const QVariant &value);
@@ -47,6 +53,8 @@ private:
     Failure lastError(const QString &otherwise);
     Failure createValue(const QVariant &value, ObjectHandle *created);
     Failure textOf(const ObjectHandle &object, QString *text);
+    Failure propertyText(const ObjectHandle &object, const PropertyRecord &record, const QString &otherwise,
+                         QString *value);
     Failure findProperty(const ObjectHandle &object, const QString &name, const PropertyRecord **found,
                          QString *className);
 

@@ -119,6 +119,13 @@ Failure Session::send(const QString &name, const ArgumentList &arguments)
     return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, QStringLiteral("could not be sent") };
 }
 
+void Session::idle(int ms)
+{
+    QEventLoop loop;
+    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
 /// Why what is waited for can no longer happen.
 Failure Session::whyNot()
 {

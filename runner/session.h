@@ -50,6 +50,9 @@ public:
     /// Sends a one-way message.
     Failure send(const QString &name, const ArgumentList &arguments);
 
+    /// Lets so much time pass, in which the program may go on.
+    void idle(int ms);
+
     [[nodiscard]] const Milestones &milestones() const { return m_milestones; }
     /// The name under which the program announced itself.
     [[nodiscard]] QString programName() const { return m_application ? m_application->name() : QString(); }

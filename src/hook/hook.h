@@ -138,6 +138,22 @@ public:
     [[nodiscard]] SharedPtr<Object> convertTo(int fromClassId, int id, int toClassId, bool toPointer) const;
     [[nodiscard]] SharedPtr<Object> convertToInterface(int fromClassId, int id, const QString &name) const;
 
+    // Names (hook_names.cpp)
+
+    /// The object called `name`; null with the reason as last error.
+    SharedPtr<Object> objectFind(const QString &name);
+    /// The first wrapper that owns the object; null when none does.
+    [[nodiscard]] Wrapper *wrapperForObject(const SharedPtr<Object> &object) const;
+    /// Replaces the object map by the one that `text` describes.
+    void setObjectMap(const QString &text);
+    void addToObjectMap(const QString &realName, const QString &symbolicName);
+    [[nodiscard]] int namingScheme() const;
+    void setNamingScheme(int scheme);
+    /// The name of the object called `name` under another naming scheme; `name` when there is none.
+    QString convertName(const QString &name, int scheme);
+    /// The properties that did not match when an object was last looked for in vain, by candidate.
+    [[nodiscard]] QVariantMap getUnmatchedProperties() const;
+
     // Members (hook_members.cpp). A target is an object id, or a class id with its sign turned. Lists
     // of arguments hold two numbers, as the comments say, and object ids behind them.
 

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "hook/objectdictionary.h"
+#include "objectmodel/objectmap.h"
 
 #include <QList>
+
+#include <memory>
 
 namespace Vorkel {
 
@@ -15,6 +18,8 @@ public:
     ObjectDictionary objects; // what the runner holds handles to
     QList<Wrapper *> wrappers; // in the order of registration
     PlatformPlugin *platformPlugin = nullptr;
+    std::unique_ptr<ObjectMap> objectMap = std::make_unique<ObjectMap>(false);
+    int namingScheme = 0; // what its values mean is between runner and wrappers
 };
 
 } // namespace Vorkel

@@ -26,6 +26,12 @@ SharedPtr<Object> findParent(const SharedPtr<Object> &at, const SharedPtr<Object
 
 } // namespace
 
+SharedPtr<Object> ObjectHierarchyDelegate::objectByQualifiedName(const SharedPtr<Object> &,
+                                                                 const ObjectName &) const
+{
+    return nullptr;
+}
+
 ObjectList ObjectHierarchyDelegate::children(const SharedPtr<Object> &object) const
 {
     const int count = numChildren(object);

@@ -7,6 +7,7 @@ class QDataStream;
 
 namespace Vorkel {
 
+class ObjectName;
 class PropertyDeclaration;
 
 /// Places objects in a tree and names them.
@@ -22,6 +23,11 @@ public:
     [[nodiscard]] virtual SharedPtr<Object> child(const SharedPtr<Object> &object, int index) const = 0;
     [[nodiscard]] virtual SharedPtr<Object> childByName(const SharedPtr<Object> &object,
                                                         const QString &name) const = 0;
+    /// The object below `object` (null: anywhere) that `name`, a valid one, describes. Honours its
+    /// occurrence; for what comes near reports the properties that do not match to the registry.
+    /// Default: null.
+    [[nodiscard]] virtual SharedPtr<Object> objectByQualifiedName(const SharedPtr<Object> &object,
+                                                                  const ObjectName &name) const;
     [[nodiscard]] virtual QString name(const SharedPtr<Object> &object) const = 0;
     [[nodiscard]] virtual QString qualifiedName(const SharedPtr<Object> &object) const = 0;
     /// Default: all of them by `child`.

@@ -30,6 +30,7 @@ public:
     [[nodiscard]] SharedPtr<Object> object(int index) const override { return m_target->object(index); }
     [[nodiscard]] SharedPtr<Object> object(const QString &name) const override { return m_target->object(name); }
     [[nodiscard]] ObjectList objects() const override { return m_target->objects(); }
+    [[nodiscard]] SharedPtr<Object> findObject(const QString &name) override { return m_target->findObject(name); }
     [[nodiscard]] int numClasses() const override { return m_target->numClasses(); }
     [[nodiscard]] const Class *type(int id) const override { return m_target->type(id); }
     [[nodiscard]] const Class *type(const QString &name) const override { return m_target->type(name); }

@@ -45,6 +45,9 @@ public:
     [[nodiscard]] virtual SharedPtr<Object> object(int index) const = 0;
     [[nodiscard]] virtual SharedPtr<Object> object(const QString &name) const = 0;
     [[nodiscard]] virtual ObjectList objects() const = 0;
+    /// The object called `name`: real, hierarchical, mixed or symbolic. Null with the reason as last
+    /// error; one try, without waiting.
+    [[nodiscard]] virtual SharedPtr<Object> findObject(const QString &name) = 0;
 
     // Classes and namespaces, by number and by name
 

@@ -65,21 +65,16 @@ void Registry::clearTables()
 
 // The objects at the top
 
-void Registry::setUpHierarchyDelegates() const
-{
-    if (m_hierarchyDelegates)
-        return;
-    m_hierarchyDelegates.emplace();
-    for (const char *name : TopLevelDelegates) {
-        const QString className = QString::fromLatin1(name);
-        if (const Delegate *found = DelegateFactory::self()->delegate(className, Delegate::HierarchyType))
-            m_hierarchyDelegates->push_back(static_cast<const ObjectHierarchyDelegate *>(found));
-    }
-}
-
 const Registry::HierarchyDelegates &Registry::hierarchyDelegates() const
 {
-    setUpHierarchyDelegates();
+    if (!m_hierarchyDelegates) {
+        m_hierarchyDelegates.emplace();
+        for (const char *name : TopLevelDelegates) {
+            const QString className = QString::fromLatin1(name);
+            if (const auto *found = DelegateFactory::self()->delegate(className, Delegate::HierarchyType))
+                m_hierarchyDelegates->push_back(static_cast<const ObjectHierarchyDelegate *>(found));
+        }
+    }
     return *m_hierarchyDelegates;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "objectmodel/inspectorinterface.h"
+#include "objectmodel/objectlookup.h"
 
 #include <QHash>
 
 #include <optional>
+#include <utility>
 
 namespace Vorkel {
 
@@ -15,6 +17,8 @@ class ObjectHierarchyDelegate;
 class Registry : public InspectorInterface
 {
 public:
+    using HierarchyDelegates = std::vector<const ObjectHierarchyDelegate *>;
+
     Registry();
 
     /// Makes the classes and namespaces that every process has. They find the registry through
@@ -27,6 +31,7 @@ public:
     [[nodiscard]] SharedPtr<Object> object(int index) const override;
     [[nodiscard]] SharedPtr<Object> object(const QString &name) const override;
     [[nodiscard]] ObjectList objects() const override;
+    [[nodiscard]] SharedPtr<Object> findObject(const QString &name) override { return m_lookup.find(name); }
     [[nodiscard]] int numClasses() const override;
     [[nodiscard]] const Class *type(int id) const override;
     [[nodiscard]] const Class *type(const QString &name) const override;
@@ -65,8 +70,11 @@ public:
 
     [[nodiscard]] GlobalClass *globalClass() const { return m_globalClass; }
     [[nodiscard]] Namespace *globalNamespace() const { return m_globalNamespace; }
-    void setUpHierarchyDelegates() const;
+    /// The sources of objects at the top, in the order in which they are asked.
+    [[nodiscard]] const HierarchyDelegates &hierarchyDelegates() const;
     void addTopLevelHierarchyDelegate(const ObjectHierarchyDelegate *delegate);
+    /// The last error, cleared; what it says of unmatched properties stays.
+    [[nodiscard]] QString takeError() { return std::exchange(m_lastError, QString()); }
     [[nodiscard]] QString uniqueProperty(const QString &className) const
     {
         return m_uniqueProperties.value(className);
@@ -89,10 +97,6 @@ public:
     void removeUnmatchedProperties(const QString &candidate) { m_unmatchedProperties.remove(candidate); }
 
 private:
-    using HierarchyDelegates = std::vector<const ObjectHierarchyDelegate *>;
-
-    [[nodiscard]] const HierarchyDelegates &hierarchyDelegates() const;
-
     std::vector<const Class *> m_classes;
     QHash<QString, const Class *> m_classByName;
     std::vector<Namespace *> m_namespaces;
@@ -112,6 +116,7 @@ private:
     QString m_extensionLanguage;
     QString m_lastError;
     QMap<QString, QStringList> m_unmatchedProperties;
+    ObjectLookup m_lookup { this };
 };
 
 } // namespace Vorkel

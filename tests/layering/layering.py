@@ -40,6 +40,8 @@ EXTRA = [
     ("src/*",                         "src/fkit/export.h"),
     ("src/shared/trace.h",            "quellog"),
     ("src/objectmodel/*gesture*",     "tinyxml"),
+    ("runner/*",                      "src/objectmodel/objectmap.h"),
+    ("runner/*",                      "src/objectmodel/objectname.h"),
     ("src/hook/platform/*script*",    "src/objectmodel"),
     ("src/hook/platform/*functions*", "src/objectmodel"),
     ("src/hook/*highlighter*",        "private Qt"),

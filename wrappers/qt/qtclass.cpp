@@ -2,6 +2,7 @@
 
 #include "qtenums.h"
 #include "qtobjects.h"
+#include "qtstillness.h"
 #include "qtvalues.h"
 
 #include "objectmodel/event.h"
@@ -145,6 +146,7 @@ bool QtClass::setProperty(int id, const SharedPtr<Object> &object, const SharedP
     if (!target.isWritable())
         return fail(QStringLiteral("Property %1 of %2 is read-only").arg(property->name(), className()));
     const QVariant converted = QtValues::fromObject(value, target.metaType());
+    QtStillness::self()->disturb();
     if (!converted.isValid() || !target.write(wrapped, converted)) {
         return fail(QStringLiteral("Property %1 of %2 takes a %3, not '%4'")
                             .arg(property->name(), className(), QString::fromLatin1(target.typeName()),
@@ -184,6 +186,7 @@ SharedPtr<Object> QtClass::invoke(int id, const SharedPtr<Object> &object, const
     }
     if (target.returnType() == QMetaType::QVariant)
         pointers[0] = &values[0];
+    QtStillness::self()->disturb();
     try {
         wrapped->qt_metacall(QMetaObject::InvokeMetaMethod, m_methods[own], pointers.data());
     } catch (...) {

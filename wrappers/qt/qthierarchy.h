@@ -2,36 +2,29 @@
 
 #include "objectmodel/delegates.h"
 
-#include <QObjectList>
-
 namespace Vorkel {
 
-/// What a library of Qt adds to the wrapper, where the program uses that library.
-class QtToolkit
-{
-public:
-    virtual ~QtToolkit() = default;
-
-    /// The objects to begin with, such as windows.
-    [[nodiscard]] virtual QObjectList topLevels() const = 0;
-};
-
-/// The QObjects of the application as a tree: by parent and children, the children in the order in
-/// which they were made.
+/// The objects of the application as a tree: by parent and children, the children in the order in which
+/// they were made, then the items that they show.
 class QtHierarchyDelegate : public ObjectHierarchyDelegate
 {
 public:
     static constexpr int WrapperType = 1;
 
-    explicit QtHierarchyDelegate(const QString &className);
+    /// What `Object::qualifiedName` gives: the hook's naming scheme.
+    enum NamingScheme {
+        RealNames = 0, ///< by properties
+        HierarchicalNames = 1 ///< names from the top, joined by dots
+    };
 
-    /// `toolkit` lives as long as the process. The last one added is asked first.
-    static void addToolkit(const QtToolkit *toolkit);
+    using ObjectHierarchyDelegate::ObjectHierarchyDelegate;
 
     [[nodiscard]] int numChildren(const SharedPtr<Object> &object) const override;
     [[nodiscard]] SharedPtr<Object> child(const SharedPtr<Object> &object, int index) const override;
     [[nodiscard]] SharedPtr<Object> childByName(const SharedPtr<Object> &object,
                                                 const QString &name) const override;
+    [[nodiscard]] SharedPtr<Object> objectByQualifiedName(const SharedPtr<Object> &object,
+                                                          const ObjectName &name) const override;
     [[nodiscard]] QString name(const SharedPtr<Object> &object) const override;
     [[nodiscard]] QString qualifiedName(const SharedPtr<Object> &object) const override;
     [[nodiscard]] ObjectList children(const SharedPtr<Object> &object) const override;

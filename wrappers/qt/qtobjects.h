@@ -12,7 +12,7 @@ class QtObject;
 
 /// The QObjects that were handed out: one object for each as long as anyone holds it, invalidated at
 /// once when its QObject goes.
-class QtObjects : public QObject
+class VORKEL_EXPORT QtObjects : public QObject
 {
     Q_OBJECT
 

@@ -16,11 +16,11 @@ class Argument;
 namespace QtValues {
 
 /// The object that stands for `value`; null for an invalid one.
-[[nodiscard]] SharedPtr<Object> toObject(const QVariant &value);
+[[nodiscard]] VORKEL_EXPORT SharedPtr<Object> toObject(const QVariant &value);
 /// What `object` stands for, as a value of `type`; an invalid one when it cannot be one.
 [[nodiscard]] QVariant fromObject(const SharedPtr<Object> &object, QMetaType type);
 /// How a slot of `type` is described.
-[[nodiscard]] Argument argumentFor(const QString &name, QMetaType type);
+[[nodiscard]] VORKEL_EXPORT Argument argumentFor(const QString &name, QMetaType type);
 
 } // namespace QtValues
 

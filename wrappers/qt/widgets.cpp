@@ -1,13 +1,29 @@
 // What the wrapper knows of Qt Widgets; loaded into programs that use them.
 
-#include "qthierarchy.h"
+#include "qttoolkit.h"
+#include "widgetitemnames.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QLabel>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace Vorkel {
 
 namespace {
+
+const QWidget *asWidget(const QObject *object)
+{
+    return object->isWidgetType() ? static_cast<const QWidget *>(object) : nullptr;
+}
+
+bool isPopup(const QWidget *widget)
+{
+    const Qt::WindowType type = widget->windowType();
+    return type == Qt::Popup || type == Qt::ToolTip || type == Qt::SplashScreen;
+}
 
 class WidgetToolkit : public QtToolkit
 {
@@ -24,14 +40,60 @@ public:
         }
         return windows;
     }
+
+    [[nodiscard]] QObjectList associates(const QObject *object) const override
+    {
+        QObjectList found;
+        if (const QWidget *widget = asWidget(object)) {
+            for (QAction *action : widget->actions()) {
+                if (!action->parent())
+                    found.append(action);
+            }
+        }
+        return found;
+    }
+
+    [[nodiscard]] bool isWindow(const QObject *object) const override
+    {
+        const QWidget *widget = asWidget(object);
+        return widget && widget->isWindow() && !isPopup(widget);
+    }
+
+    [[nodiscard]] bool isVisible(const QObject *object) const override
+    {
+        if (const QWidget *widget = asWidget(object))
+            return widget->isVisible();
+        const auto *action = qobject_cast<const QAction *>(object);
+        return action && action->isVisible();
+    }
+
+    [[nodiscard]] QObject *labelled(const QObject *object) const override
+    {
+        const auto *label = qobject_cast<const QLabel *>(object);
+        return label ? label->buddy() : nullptr;
+    }
+
+    [[nodiscard]] bool isItemClass(const QString &className) const override
+    {
+        return std::any_of(std::begin(WidgetItemClass::Names), std::end(WidgetItemClass::Names),
+                           [&](const char *name) { return className == QLatin1String(name); });
+    }
+
+    // clang-format off
+    [[nodiscard]] ObjectList visibleItems(const SharedPtr<Object> &container) const override { return WidgetItemHierarchy::visibleItems(container); }
+    [[nodiscard]] SharedPtr<Object> findItem(const SharedPtr<Object> &container, const ObjectName &name) const override { return WidgetItemHierarchy::findItem(container, name); }
+    // clang-format on
 };
 
 } // namespace
 
 } // namespace Vorkel
 
-extern "C" VORKEL_EXPORT void vorkel_qt_add_toolkit(void (*add)(const Vorkel::QtToolkit *))
+/// The wrapper calls this once, having loaded the library.
+extern "C" VORKEL_EXPORT void vorkel_qt_add_toolkit()
 {
-    static const auto *const toolkit = new Vorkel::WidgetToolkit;
-    add(toolkit);
+    // They live as long as the process.
+    Vorkel::QtToolkits::add(new Vorkel::WidgetToolkit);
+    for (const char *name : Vorkel::WidgetItemClass::Names)
+        new Vorkel::WidgetItemHierarchy(QString::fromLatin1(name));
 }
