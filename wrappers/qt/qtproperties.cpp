@@ -62,7 +62,8 @@ QString visibleText(QString text)
     // Menu entries carry their shortcut behind a tab, window titles a place for the mark of changes.
     if (const qsizetype tab = text.indexOf(u'\t'); tab >= 0)
         text.truncate(tab);
-    text.remove(QLatin1String("[*]"));
+    if (const qsizetype mark = text.indexOf(QLatin1String("[*]")); mark >= 0)
+        text.remove(mark, 3);
     for (qsizetype i = text.indexOf(u'&'); i >= 0; i = text.indexOf(u'&', i + 1))
         text.remove(i, 1);
     return text;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "fkit/export.h"
+
 #include <QObject>
 #include <QPointer>
 
@@ -12,7 +14,7 @@ namespace Vorkel {
 /// As long as no event reaches any object but the hook's own, and nobody calls `disturb`, nothing has
 /// changed. Events are only watched from a question to the first of them, so that an application that
 /// nobody asks about does not pay.
-class QtStillness : public QObject
+class VORKEL_EXPORT QtStillness : public QObject
 {
     Q_OBJECT
 
