@@ -10,6 +10,8 @@
 
 #include <QtTest>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 using namespace Vorkel;
 
@@ -85,8 +87,9 @@ private slots:
     void initTestCase() { m_buttons = new ButtonDelegate; } // the registry keeps it
     void init()
     {
-        m_hook = new Hook(new IPC(new NullMessageChannel, {}, nullptr, nullptr), Hook::NoRunner, &m_wrapper,
-                          new AUTProcess, nullptr, 0);
+        m_wrapper = std::make_unique<ButtonWrapper>();
+        m_hook = new Hook(new IPC(new NullMessageChannel, {}, nullptr, nullptr), Hook::NoRunner,
+                          m_wrapper.get(), new AUTProcess, nullptr, 0);
     }
     void cleanup() { delete m_hook; }
     void reusesNames_data();
@@ -102,7 +105,7 @@ private:
     }
 
     ButtonDelegate *m_buttons = nullptr;
-    ButtonWrapper m_wrapper;
+    std::unique_ptr<ButtonWrapper> m_wrapper;
     Hook *m_hook = nullptr;
 };
 
@@ -129,24 +132,24 @@ void tst_names::reusesNames()
     QFETCH(QString, existing);
     m_hook->handleSend(1, u"setObjectMap"_s, { map });
     for (int round = 0; round < 2; ++round)
-        QCOMPARE(m_wrapper.getExistingRealName(m_buttons->button, computed), existing);
+        QCOMPARE(m_wrapper->getExistingRealName(m_buttons->button, computed), existing);
     // Looking entries up in vain is no failure.
     QVERIFY(Inspector::self()->unmatchedProperties().isEmpty());
     QCOMPARE(Inspector::self()->lastError(), QString());
-    QCOMPARE(m_wrapper.getExistingRealName(nullptr, computed), QString());
+    QCOMPARE(m_wrapper->getExistingRealName(nullptr, computed), QString());
 }
 
 void tst_names::searchesOnce()
 {
     const QString computed = u"{text='OK' type='Button'}"_s;
     m_hook->handleSend(1, u"setObjectMap"_s, { u":a\t{text='Not'}\n"_s });
-    QCOMPARE(m_wrapper.getExistingRealName(m_buttons->button, computed), QString());
+    QCOMPARE(m_wrapper->getExistingRealName(m_buttons->button, computed), QString());
     const int lookups = m_buttons->lookups;
-    QCOMPARE(m_wrapper.getExistingRealName(m_buttons->button, computed), QString());
+    QCOMPARE(m_wrapper->getExistingRealName(m_buttons->button, computed), QString());
     QCOMPARE(m_buttons->lookups, lookups);
     // Until there is another map.
     m_hook->handleSend(1, u"setObjectMap"_s, { u":a\t{type='Button'}\n"_s });
-    QCOMPARE(m_wrapper.getExistingRealName(m_buttons->button, computed), u"{type='Button'}"_s);
+    QCOMPARE(m_wrapper->getExistingRealName(m_buttons->button, computed), u"{type='Button'}"_s);
 }
 
 void tst_names::convertsNames()
