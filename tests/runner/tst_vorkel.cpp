@@ -91,8 +91,6 @@ private:
 
 void tst_vorkel::initTestCase()
 {
-    if (qEnvironmentVariableIsSet("VORKEL_TEST_EMULATOR"))
-        QSKIP("The command starts programs itself, which this machine cannot run without an emulator");
     QVERIFY(m_folder.isValid());
 }
 
@@ -397,6 +395,8 @@ void tst_vorkel::leavesOthersAlone()
 
 void tst_vorkel::keepsIgnoredSignals()
 {
+    if (qEnvironmentVariableIsSet("QEMU_LD_PREFIX"))
+        QSKIP("The emulator takes all signals itself, so the kernel does not show which ones are ignored");
     ChildProcess process;
     process.setChildProcessModifier([] { ::signal(SIGHUP, SIG_IGN); });
     QVERIFY(launchFrozen(process, { m_program, u"run"_s }) > 0);
