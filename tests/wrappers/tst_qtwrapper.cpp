@@ -168,9 +168,6 @@ private slots:
     void hooksForeignPrograms();
 
 private:
-    // What stands before a program that is started by a program of ours.
-    const QStringList m_emulator =
-            qEnvironmentVariable("VORKEL_TEST_EMULATOR").split(u' ', Qt::SkipEmptyParts);
     const QString m_command = built(u"../bin/vorkel"_s);
     const QString m_core = built(u"coreprogram"_s);
     const QString m_gui = built(u"guiprogram"_s);
@@ -190,8 +187,7 @@ void tst_qtwrapper::staysSilentWithoutRunner_data()
     QTest::newRow("core") << QStringList { m_core, u"quit"_s };
     QTest::newRow("gui") << QStringList { m_gui, u"quit"_s };
     QTest::newRow("no application") << QStringList { m_core, u"none"_s };
-    QTest::newRow("with a child") << QStringList { m_core, u"parent"_s } + m_emulator
-                    + QStringList { m_core, u"noloop"_s };
+    QTest::newRow("with a child") << QStringList { m_core, u"parent"_s, m_core, u"noloop"_s };
 }
 
 void tst_qtwrapper::staysSilentWithoutRunner()
@@ -304,8 +300,7 @@ void tst_qtwrapper::takesQtChildrenAsSubprocesses()
 {
     const Server server;
     ChildProcess process;
-    process.launch(m_core, QStringList(u"parent"_s) + m_emulator + QStringList { m_gui, u"run"_s },
-                   server.environment());
+    process.launch(m_core, { u"parent"_s, m_gui, u"run"_s }, server.environment());
     QVERIFY(server.await(2, Application::Stage::Ready));
     Application &parent = *server.applications.front();
     Application &child = *server.applications.back();
@@ -343,7 +338,7 @@ void tst_qtwrapper::becomesTheProgram()
     const Server server;
     ChildProcess process;
     const QStringList words { u"run"_s, u"a b"_s, u""_s, u"--"_s, u"--help"_s, u"ü"_s };
-    process.launch(m_command, QStringList { u"inject"_s, u"--"_s } + m_emulator + QStringList(m_core) + words,
+    process.launch(m_command, QStringList { u"inject"_s, u"--"_s, m_core } + words,
                    server.environment(false));
     QVERIFY(server.await(1, Application::Stage::Ready));
     Application &application = *server.applications.front();
