@@ -1,12 +1,19 @@
 #include "support/childprocess.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
 
 namespace {
 
 constexpr int LimitMs = 60000;
 
 } // namespace
+
+QString built(const QString &path)
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u'/' + path);
+}
 
 ChildProcess::~ChildProcess()
 {

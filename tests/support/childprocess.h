@@ -2,6 +2,9 @@
 
 #include <QProcess>
 
+/// A file of this build, by its path from the folder of the tests.
+[[nodiscard]] QString built(const QString &path);
+
 /// A process of ours that a test talks to by lines; it ends with the object.
 class ChildProcess : public QProcess
 {
