@@ -3,77 +3,47 @@
 #include "support/endpoints.h"
 #include "support/harness.h"
 #include "support/input.h"
-#include "support/messagescript.h"
 
 #include <QPointer>
 
-#include <memory>
-#include <utility>
 #include <vector>
 
 using namespace Vorkel;
-using namespace MessageScript;
 
 namespace {
 
 /// Handlers and listeners act on each other through the channel, on one stack.
 constexpr int MaxDepth = 6;
 constexpr int MaxCalls = 12;
-/// How many messages of an execution are large enough to be deflated: deflating takes longer than all else.
+/// How many messages of an execution are large enough to be deflated, which takes longer than all else.
 constexpr int MaxDeflated = 1;
+/// Calls, sends and answers carry their byte, and from this value on more than one chunk besides.
+constexpr std::uint8_t FirstLargeDetail = 250;
 
-class Session;
-
-struct ClaimedCall
-{
-    QPointer<AsyncIPC> ipc;
-    FUInt32 sender;
-    FInt32 transId;
+/// The steps of an input, each followed by one byte; behind that of `Deliver`, which chooses the destination,
+/// stand a type, a sender, a trans id, flags (a byte each), a length (two bytes) and so many bytes of body.
+// clang-format off
+enum Step : std::uint8_t {
+    Deliver, OwnCall, PeerCall, OwnSend, PeerSend, AnswerHeld, CancelCall, CancelAll, FireTimer, CloseSocket,
+    ChannelCloses, Destroy, StepCount
 };
 
-/// Hears the outcome of one call of ours.
-class Listener : public ResponseListener<ArgumentList>
-{
-public:
-    Listener(Session *session, int side)
-        : m_session(session)
-        , m_side(side)
-    {
-    }
-
-    void response(const FunctionCallResult<ArgumentList> &result) override;
-
-    FInt32 transId = -1;
-    bool isPending = true;
-    bool isCancelled = false;
-
-private:
-    Session *m_session;
-    int m_side;
+/// What a handler or a listener does when it is called, one byte of the input each time; some have a second.
+/// `Claim` answers later by `callReply`.
+enum Action : std::uint8_t {
+    Answer, AnswerWith, AnswerError, Hold, Claim, CallAndAnswer, AnswerHeldFirst, CancelAndAnswer,
+    CloseAndAnswer, DestroyAndAnswer, DestroyAndHold, ActionCount
 };
 
-/// One end of the line: endpoint, handler, and what it still owes or awaits.
-class End : public IPCResponseHandlerIface
-{
-public:
-    void handleCall(FUInt32 sender, const QString &name, const ArgumentList &arguments,
-                    ResponseListener<ArgumentList> *listener) override;
-    bool callRequest(FUInt32 sender, FInt32 transId, const QString &name,
-                     const ArgumentList &arguments) override;
-    void handleSend(FUInt32, const QString &, const ArgumentList &) override;
-    void handleBroadcast(FUInt32, const QString &, const ArgumentList &) override;
-    void handleError(const QString &text) override;
-    void connectionClosed() override;
+constexpr FUInt32 Ids[]       = { 2, 1 }; // ours, the peer's
+constexpr FUInt32 Addresses[] = { 2, 1, Protocol::BroadcastAddress, 3 };
+constexpr FUInt32 Types[]     = { 1, 2, 3, 0, 16, 17, 32, 99 };
+// clang-format on
 
-    Session *session = nullptr;
-    int side = 0;
-    QPointer<AsyncIPC> ipc;
-    std::vector<ResponseListener<ArgumentList> *> held;
-    std::vector<ClaimedCall> claimed;
-    std::vector<std::unique_ptr<Listener>> listeners;
-    std::uint8_t nextAction = Answer;
-    bool isDying = false;
-};
+using Result = FunctionCallResult<ArgumentList>;
+using Caller = ResponseListener<ArgumentList>;
+
+const Result failure = Result::failure(QStringLiteral("no"));
 
 /// Our endpoint and the peer's, driven by the steps of an input.
 class Session
@@ -86,103 +56,91 @@ public:
 
     void run();
 
-    [[nodiscard]] std::uint8_t nextByte() { return m_input.byte(); }
-    void perform(int side, Action action, ResponseListener<ArgumentList> *listener);
-    void act(int side);
-
 private:
+    /// Hears the outcome of one call.
+    struct Listener : Caller
+    {
+        void response(const Result &result) override
+        {
+            FUZZ_CHECK(isPending && !isCancelled);
+            isPending = false;
+            FUZZ_CHECK(result.isOk() || result.value().isEmpty());
+            session->act(side);
+        }
+
+        Session *session;
+        int side;
+        FInt32 transId = -1;
+        bool isPending = true;
+        bool isCancelled = false;
+    };
+
+    struct ClaimedCall
+    {
+        QPointer<AsyncIPC> ipc;
+        FUInt32 sender;
+        FInt32 transId;
+    };
+
+    /// One end of the line: endpoint, handler, and what it still owes or awaits.
+    struct End : IPCResponseHandlerIface
+    {
+        bool callRequest(FUInt32 sender, FInt32 transId, const QString &, const ArgumentList &) override
+        {
+            nextAction = session->m_input.byte() % ActionCount;
+            if (nextAction == Claim)
+                claimed.push_back({ ipc, sender, transId });
+            return nextAction == Claim;
+        }
+        void handleCall(FUInt32, const QString &, const ArgumentList &, Caller *caller) override
+        {
+            session->perform(side, nextAction, caller);
+        }
+        void handleSend(FUInt32, const QString &, const ArgumentList &) override { session->act(side); }
+        void handleBroadcast(FUInt32, const QString &, const ArgumentList &) override { session->act(side); }
+        void handleError(const QString &) override { session->act(side); }
+        void connectionClosed() override { session->act(side); }
+
+        Session *session;
+        int side;
+        QPointer<AsyncIPC> ipc;
+        std::vector<Caller *> held;
+        std::vector<ClaimedCall> claimed;
+        std::vector<std::unique_ptr<Listener>> listeners;
+        int nextAction = Answer;
+    };
+
     [[nodiscard]] ArgumentList arguments(std::uint8_t detail);
-    void step(Step step, std::uint8_t detail);
+    void step(int step, std::uint8_t detail);
     void deliver(std::uint8_t destination);
     void call(int side, std::uint8_t detail);
     void send(int side, std::uint8_t detail);
     void answerHeld(int side, std::uint8_t detail);
     void cancel(int side, std::uint8_t detail);
+    void act(int side) { perform(side, m_input.byte() % ActionCount, nullptr); }
+    void perform(int side, int action, Caller *caller);
     void destroy(int side);
 
     Input m_input;
     End m_ends[2];
-    QPointer<AsyncMessageChannel> m_far;
-    QPointer<AsyncMessageChannel> m_near;
+    QPointer<AsyncMessageChannel> m_channels[2];
+    bool m_isDying[2] = {};
     int m_depth = 0;
     int m_calls = 0;
     int m_deflated = 0;
 };
 
-/// What takes more than one chunk however it is deflated.
-QByteArray noise()
-{
-    static const QByteArray bytes = [] {
-        QByteArray result;
-        for (quint32 state = 1; result.size() < Protocol::ChunkLength * 11 / 10;
-             state = state * 1664525 + 1013904223)
-            result.append(static_cast<char>(state >> 24));
-        return result;
-    }();
-    return bytes;
-}
-
-QString failureText()
-{
-    return QStringLiteral("no");
-}
-
-void Listener::response(const FunctionCallResult<ArgumentList> &result)
-{
-    FUZZ_CHECK(isPending && !isCancelled);
-    isPending = false;
-    FUZZ_CHECK(result.isOk() || result.value().isEmpty());
-    m_session->act(m_side);
-}
-
-bool End::callRequest(FUInt32 sender, FInt32 transId, const QString &, const ArgumentList &)
-{
-    nextAction = session->nextByte() % ActionCount;
-    if (nextAction != Claim)
-        return false;
-    claimed.push_back({ ipc, sender, transId });
-    return true;
-}
-
-void End::handleCall(FUInt32, const QString &, const ArgumentList &, ResponseListener<ArgumentList> *listener)
-{
-    session->perform(side, static_cast<Action>(nextAction), listener);
-}
-
-void End::handleSend(FUInt32, const QString &, const ArgumentList &)
-{
-    session->act(side);
-}
-
-void End::handleBroadcast(FUInt32, const QString &, const ArgumentList &)
-{
-    session->act(side);
-}
-
-void End::handleError(const QString &text)
-{
-    FUZZ_CHECK(!text.isEmpty());
-    session->act(side);
-}
-
-void End::connectionClosed()
-{
-    session->act(side);
-}
-
 Session::Session(Input input)
     : m_input(input)
 {
     Line line;
-    m_near = line.near.get();
-    m_far = line.far.get();
-    AsyncMessageChannel *channels[] = { line.near.release(), line.far.release() };
+    m_channels[0] = line.near.release();
+    m_channels[1] = line.far.release();
     for (int side = 0; side < 2; ++side) {
-        End &end = m_ends[side];
-        end.session = this;
-        end.side = side;
-        end.ipc =
-                new AsyncIPC(channels[side], { side == 0 ? OwnId : PeerId, 0, 0, QString() }, &end, nullptr);
+        m_ends[side].session = this;
+        m_ends[side].side = side;
+        m_ends[side].ipc =
+                new AsyncIPC(m_channels[side], { Ids[side], 0, 0, QString() }, &m_ends[side], nullptr);
     }
 }
 
@@ -204,52 +162,53 @@ Session::~Session()
 void Session::run()
 {
     while (!m_input.isEmpty() && m_ends[0].ipc) {
-        const auto code = static_cast<Step>(m_input.byte() % StepCount);
+        const int code = m_input.below(StepCount);
         step(code, m_input.byte());
         Harness::deliverPostedEvents();
     }
 }
 
-void Session::step(Step step, std::uint8_t detail)
+void Session::step(int step, std::uint8_t detail)
 {
     switch (step) {
     case Deliver:
         return deliver(detail);
     case OwnCall:
     case PeerCall:
-        return call(step == OwnCall ? 0 : 1, detail);
+        return call(step - OwnCall, detail);
     case OwnSend:
     case PeerSend:
-        return send(step == OwnSend ? 0 : 1, detail);
+        return send(step - OwnSend, detail);
     case AnswerHeld:
         return answerHeld(detail & 1, detail >> 1);
     case CancelCall:
         return cancel(0, detail);
     case CancelAll:
-        if (m_ends[0].ipc)
-            m_ends[0].ipc->cancelOutgoingCalls(failureText());
-        return;
+        return m_ends[0].ipc->cancelOutgoingCalls(failure.error());
     case FireTimer:
         return Harness::fireTimer(detail);
     case CloseSocket:
-        m_ends[0].ipc->closeSocket();
-        return;
+        return m_ends[0].ipc->closeSocket();
     case ChannelCloses:
-        if (m_near)
-            emit m_near->channelClosed();
+        emit m_channels[0]->channelClosed();
         return;
     case Destroy:
         return destroy(detail & 1);
-    case StepCount:
-        return;
     }
 }
 
 ArgumentList Session::arguments(std::uint8_t detail)
 {
+    static const QByteArray noise = [] {
+        QByteArray bytes;
+        for (quint32 state = 1; bytes.size() < Protocol::ChunkLength * 11 / 10;
+             state = state * 1664525 + 1013904223)
+            bytes.append(static_cast<char>(state >> 24));
+        return bytes;
+    }();
     ArgumentList result { QVariant(int(detail)), QVariant(QStringLiteral("text")) };
     if (detail >= FirstLargeDetail && m_deflated++ < MaxDeflated)
-        result.append(detail == NoiseDetail ? noise() : QByteArray(Protocol::ChunkLength, char(detail)));
+        result.append(noise);
     return result;
 }
 
@@ -263,35 +222,32 @@ void Session::deliver(std::uint8_t destination)
     header.flags = m_input.byte();
     const QByteArray message = wholeMessage(header, m_input.bytes(m_input.word()));
     // Some are cut inside their header.
-    if (m_far)
-        m_far->enqueueMessage(destination < 250 ? message : message.first(destination - 246));
+    if (m_channels[1])
+        m_channels[1]->enqueueMessage(destination < 250 ? message : message.first(destination - 246));
 }
 
 void Session::call(int side, std::uint8_t detail)
 {
-    End &end = m_ends[side];
-    if (!end.ipc || ++m_calls > MaxCalls)
+    const QPointer<AsyncIPC> ipc = m_ends[side].ipc;
+    if (!ipc || ++m_calls > MaxCalls)
         return;
-    end.listeners.push_back(std::make_unique<Listener>(this, side));
-    Listener *listener = end.listeners.back().get();
-    const QPointer<AsyncIPC> ipc = end.ipc;
-    const FInt32 transId = ipc->asyncCall(side == 0 ? PeerId : OwnId, QStringLiteral("call"),
-                                          arguments(detail), listener, detail & 1 ? 1000 : 0);
+    Listener *listener = m_ends[side].listeners.emplace_back(std::make_unique<Listener>()).get();
+    listener->session = this;
+    listener->side = side;
+    const FInt32 transId = ipc->asyncCall(Ids[1 - side], QStringLiteral("call"), arguments(detail), listener,
+                                          detail & 1 ? 1000 : 0);
     listener->transId = transId;
     // A call that failed, and one whose endpoint is gone, has told so.
-    FUZZ_CHECK(transId >= 0 || !listener->isPending);
-    FUZZ_CHECK(ipc || !listener->isPending);
+    FUZZ_CHECK((ipc && transId >= 0) || !listener->isPending);
 }
 
 void Session::send(int side, std::uint8_t detail)
 {
-    End &end = m_ends[side];
-    if (!end.ipc || ++m_calls > MaxCalls)
+    const QPointer<AsyncIPC> ipc = m_ends[side].ipc;
+    if (!ipc || ++m_calls > MaxCalls)
         return;
-    const FUInt32 destinations[] = { side == 0 ? PeerId : OwnId, Protocol::BroadcastAddress, StrangerId };
-    const QPointer<AsyncIPC> ipc = end.ipc;
-    const FInt32 transId = ipc->send(destinations[detail % std::size(destinations)], QStringLiteral("send"),
-                                     arguments(detail));
+    const FUInt32 destinations[] = { Ids[1 - side], Protocol::BroadcastAddress, 3 };
+    const FInt32 transId = ipc->send(destinations[detail % 3], QStringLiteral("send"), arguments(detail));
     FUZZ_CHECK(ipc || transId == -1);
 }
 
@@ -299,12 +255,9 @@ void Session::answerHeld(int side, std::uint8_t detail)
 {
     End &end = m_ends[side];
     if (!end.held.empty()) {
-        ResponseListener<ArgumentList> *listener = end.held.front();
+        Caller *caller = end.held.front();
         end.held.erase(end.held.begin());
-        if (detail & 1)
-            listener->response(FunctionCallResult<ArgumentList>::failure(failureText()));
-        else
-            listener->response(arguments(detail));
+        caller->response(detail & 1 ? failure : Result(arguments(detail)));
     } else if (!end.claimed.empty()) {
         const ClaimedCall claimed = end.claimed.back();
         end.claimed.pop_back();
@@ -315,7 +268,7 @@ void Session::answerHeld(int side, std::uint8_t detail)
 
 void Session::cancel(int side, std::uint8_t detail)
 {
-    End &end = m_ends[side];
+    const End &end = m_ends[side];
     if (!end.ipc || end.listeners.empty())
         return;
     Listener *listener = end.listeners[detail % end.listeners.size()].get();
@@ -327,28 +280,19 @@ void Session::cancel(int side, std::uint8_t detail)
 /// Deletes an endpoint, wherever on the stack it stands.
 void Session::destroy(int side)
 {
-    if (!std::exchange(m_ends[side].isDying, true))
+    if (!std::exchange(m_isDying[side], true))
         delete m_ends[side].ipc;
 }
 
-void Session::act(int side)
-{
-    perform(side, static_cast<Action>(m_input.byte() % ActionCount), nullptr);
-}
-
-/// Does what an input chose, then answers the call that `listener` stands for, if there is one.
-void Session::perform(int side, Action action, ResponseListener<ArgumentList> *listener)
+/// Does what an input chose, then answers `caller`, if there is one.
+void Session::perform(int side, int action, Caller *caller)
 {
     End &end = m_ends[side];
-    ++m_depth;
-    FunctionCallResult<ArgumentList> answer =
-            arguments(action == AnswerWith ? m_input.byte() : std::uint8_t(1));
-    const bool isTooDeep = m_depth > MaxDepth;
-    if (action == AnswerError)
-        answer = FunctionCallResult<ArgumentList>::failure(failureText());
-    else if (isTooDeep)
+    const Result answer =
+            action == AnswerError ? failure : arguments(action == AnswerWith ? m_input.byte() : 1);
+    if (++m_depth > MaxDepth && action != AnswerError)
         action = Hold;
-    else if (action == CallAndAnswer)
+    if (action == CallAndAnswer)
         call(side, m_input.byte());
     else if (action == AnswerHeldFirst)
         answerHeld(side, m_input.byte());
@@ -358,16 +302,16 @@ void Session::perform(int side, Action action, ResponseListener<ArgumentList> *l
         end.ipc->closeSocket();
     else if (action == DestroyAndAnswer || action == DestroyAndHold)
         destroy(m_input.byte() & 1);
-    if (listener && (action == Hold || action == DestroyAndHold))
-        end.held.push_back(listener);
-    else if (listener)
-        listener->response(answer);
+    if (caller && (action == Hold || action == DestroyAndHold))
+        end.held.push_back(caller);
+    else if (caller)
+        caller->response(answer);
     --m_depth;
 }
 
 } // namespace
 
-/// The input is a list of steps that a peer, our own side or a timer takes; see `MessageScript`.
+/// The input is a list of steps that a peer, our own side or a timer takes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     Harness::start();

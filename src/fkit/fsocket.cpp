@@ -115,6 +115,7 @@ void FSocket::setSocketOption(int level, int name, const void *value, unsigned l
 void FSocket::setSendBufferSize(int size)
 {
     setSocketOption(SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
+    m_writePiece = 0;
 }
 
 void FSocket::setReceiveBufferSize(int size)
@@ -263,7 +264,9 @@ int FSocket::writeBlock(const char *buffer, int length, bool moreFollows)
 {
     if (!isValid() || (!buffer && length != 0))
         return -1;
-    const int piece = std::min({ std::max(2 * sendBufferSize(), MinWritePiece), MaxWritePiece, length });
+    if (m_writePiece == 0)
+        m_writePiece = std::clamp(2 * sendBufferSize(), MinWritePiece, MaxWritePiece);
+    const int piece = std::min(m_writePiece, length);
     const int flags = moreFollows ? MSG_NOSIGNAL | MSG_MORE : MSG_NOSIGNAL;
     const ssize_t result = retried(
             [&]() -> ssize_t { return ::send(m_descriptor, buffer, static_cast<size_t>(piece), flags); });

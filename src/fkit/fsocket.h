@@ -105,6 +105,7 @@ private:
     int m_descriptor = -1;
     Error m_error = NoError;
     int m_systemError = 0;
+    int m_writePiece = 0; // how much one write takes at most; 0 until the buffer's size has been asked for
     quint16 m_localPort = 0;
     FHostAddress m_localAddress;
     quint16 m_peerPort = 0;

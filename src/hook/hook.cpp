@@ -4,6 +4,8 @@
 #include "hook/hook_p.h"
 #include "hook/wrapper.h"
 
+#include <QTimer>
+
 namespace Vorkel {
 
 Hook *Hook::hook = nullptr;
@@ -29,8 +31,11 @@ Hook::Hook(IPC *ipc, int runnerId, Wrapper *wrapper, AUTProcess *process, Platfo
     const QPointer<Hook> guard(this);
     if (runnerId > 0)
         hookUp();
-    if (guard)
-        m_constructed = true;
+    if (!guard)
+        return;
+    m_constructed = true;
+    if (m_deletionWaits)
+        QTimer::singleShot(0, this, &Hook::deleteHook);
 }
 
 Hook::~Hook()

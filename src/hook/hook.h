@@ -255,6 +255,7 @@ private:
     bool m_exitNotified = false;
     bool m_constructed = false;
     bool m_classesSent = false;
+    bool m_deletionWaits = false;
     std::unique_ptr<AUTProcess> m_autProcess;
     int m_testSuiteVersion = -1;
     int m_hookFlags;

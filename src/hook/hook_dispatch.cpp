@@ -23,28 +23,40 @@ QVariant refuseCount(const RemoteFunction &function)
     return QVariant();
 }
 
-} // namespace
-
-QVariant Hook::handleCall(FUInt32 caller, const QString &name, const ArgumentList &arguments)
+/// The reply to a call that is answered at once; `function` is what `name` stands for.
+QVariant answer(Hook &hook, const RemoteFunction *function, const QString &name,
+                const ArgumentList &arguments)
 {
-    VORKEL_TRACE("Hook", "Processing IPC call", { "caller", caller }, { "func", name },
-                 { "args.size()", arguments.size() });
-    const RemoteFunction *function = remoteFunction(name);
     if (!function || function->kind == FunctionKind::Send)
         return unhandled(name);
     if (function->kind == FunctionKind::LaterCall)
         return QStringLiteral("Internal error: synchronous call to ") + QLatin1String(function->label);
     if (!function->arguments.accepts(arguments.size()))
         return refuseCount(*function);
-    return function->handler ? function->handler(*this, arguments) : unhandled(name);
+    return function->handler ? function->handler(hook, arguments) : unhandled(name);
+}
+
+void traceCall(FUInt32 caller, const QString &name, const ArgumentList &arguments)
+{
+    VORKEL_TRACE("Hook", "Processing IPC call", { "caller", caller }, { "func", name },
+                 { "args.size()", arguments.size() });
+}
+
+} // namespace
+
+QVariant Hook::handleCall(FUInt32 caller, const QString &name, const ArgumentList &arguments)
+{
+    traceCall(caller, name, arguments);
+    return answer(*this, remoteFunction(name), name, arguments);
 }
 
 void Hook::handleCall(FUInt32 caller, const QString &name, const ArgumentList &arguments,
                       ResponseListener<ArgumentList> *listener)
 {
+    traceCall(caller, name, arguments);
     const RemoteFunction *function = remoteFunction(name);
     if (!function || function->kind != FunctionKind::LaterCall)
-        return IPCResponseHandlerIface::handleCall(caller, name, arguments, listener);
+        return listener->response(ArgumentList(answer(*this, function, name, arguments)));
     if (!function->arguments.accepts(arguments.size()))
         return listener->response(FunctionCallResult<ArgumentList>::failure(wrongCountText(function->id)));
     listener->response(ArgumentList(unhandled(name)));

@@ -41,7 +41,7 @@ void Hook::close()
 void Hook::deleteHook()
 {
     if (!m_constructed) {
-        QTimer::singleShot(0, this, &Hook::deleteHook);
+        m_deletionWaits = true;
         return;
     }
     VORKEL_TRACE("Hook", "Deleting Hook");

@@ -4,7 +4,9 @@
 #include "support/fakerunner.h"
 #include "support/recorders.h"
 
+#include <QAbstractEventDispatcher>
 #include <QPointer>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -15,29 +17,33 @@ namespace {
 class TinyWrapper : public Vorkel::Wrapper
 {
 public:
-    std::function<void()> onDescriptor;
+    std::function<void(const QByteArray &)> onDescriptor;
 
     QString name() const override { return u"tiny"_s; }
-    void parseDescriptorData(const QByteArray &) override { onDescriptor(); }
+    void parseDescriptorData(const QByteArray &data) override { onDescriptor(data); }
 };
+
+QByteArray sent(const QString &name, const Vorkel::ArgumentList &arguments = {})
+{
+    return Bytes::message({ 9, Bytes::Send, 1 }, Bytes::invocation(name, arguments));
+}
 
 /// A runner that has sent the messages that bring-up waits for.
 struct Script
 {
     FakeRunner runner;
-    FSocket *socket = runner.connectedSocket();
     TinyWrapper wrapper;
     LogCapture log;
 
-    explicit Script(const QString &last)
+    explicit Script(const char *runnerId = "7")
     {
-        qputenv("VORKEL_RUNNERID", "7");
+        qputenv("VORKEL_RUNNERID", runnerId);
         qputenv("VORKEL_APPID", "9");
-        runner.write(Bytes::handshake({ 9, 7, 4, u"app"_s })
-                     + Bytes::message({ 9, Bytes::Send, 1 }, Bytes::invocation(last)));
     }
-    [[nodiscard]] QPointer<Hook> create()
+    [[nodiscard]] QPointer<Hook> create(const QByteArray &messages)
     {
+        FSocket *socket = runner.connectedSocket();
+        runner.write(Bytes::handshake({ 9, 7, 4, u"app"_s }) + messages);
         return Hook::createHookForConnection(socket, &wrapper, new Vorkel::AUTProcess, nullptr, 3);
     }
 };
@@ -58,9 +64,14 @@ private slots:
 
 void tst_bringup::takesConnection()
 {
-    Script script(u"initDone"_s);
-    const std::unique_ptr<Hook> hook(script.create());
+    Script script;
+    QByteArray descriptor;
+    script.wrapper.onDescriptor = [&](const QByteArray &data) { descriptor = data; };
+    const QByteArray bytes("a\0b", 3);
+    const std::unique_ptr<Hook> hook(
+            script.create(sent(u"objectDescriptorData"_s, { bytes }) + sent(u"initDone"_s)));
     QVERIFY(hook && hook.get() == Hook::hook && hook->appId() == 9 && hook->hookFlags() == 3);
+    QCOMPARE(descriptor, bytes + '\0');
     hook->addWrapper(&script.wrapper);
     hook->addWrapper(nullptr);
     QCOMPARE(hook->wrappers(), QList<Vorkel::Wrapper *> { &script.wrapper });
@@ -75,30 +86,27 @@ void tst_bringup::takesConnection()
 
 void tst_bringup::needsRunnerId()
 {
-    Script script(u"nothing"_s);
-    qputenv("VORKEL_RUNNERID", "-7");
+    Script script("-7");
     qunsetenv("VORKEL_APPID");
-    const std::unique_ptr<Hook> hook(script.create());
+    const std::unique_ptr<Hook> hook(script.create({}));
     QCOMPARE(hook->runnerId(), 0);
-    QCOMPARE(script.log.takeLines(),
-             (QStringList {
-                     u"VORKEL_RUNNERID was not set, set to an empty string or is not a positive number"_s,
-                     u"VORKEL_APPID was not set or set to a null string"_s }));
+    QCOMPARE(script.log.takeLines().join(u'|'),
+             u"VORKEL_RUNNERID was not set, set to an empty string or is not a positive number|"
+             "VORKEL_APPID was not set or set to a null string"_s);
 }
 
 // The connection ends inside an event loop that a handler runs while the constructor is on the stack.
 void tst_bringup::outlivesItsConstructor()
 {
-    Script script(u"objectDescriptorData"_s);
-    script.runner.write(
-            Bytes::message({ 9, Bytes::Send, 1 }, Bytes::invocation(u"objectDescriptorData"_s, { 1 })));
-    script.runner.halfClose();
-    script.wrapper.onDescriptor = [] {
+    Script script;
+    script.wrapper.onDescriptor = [&](const QByteArray &) {
+        script.runner.halfClose();
         QTRY_COMPARE(Hook::hook->send(u"anybody"_s, {}), -1);
-        for (int i = 0; i < 10; ++i)
-            QCoreApplication::processEvents();
+        const QSignalSpy wakeUps(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake);
+        QTest::qWait(20);
+        QVERIFY2(wakeUps.size() < 20, qPrintable(QString::number(wakeUps.size())));
     };
-    const QPointer<Hook> hook = script.create();
+    const QPointer<Hook> hook = script.create(sent(u"objectDescriptorData"_s, { 1 }));
     QVERIFY(hook);
     QCOMPARE(script.log.takeLines().last(),
              u"Connection is closed during AUT initialization, aborting hookup"_s);
@@ -107,8 +115,8 @@ void tst_bringup::outlivesItsConstructor()
 
 void tst_bringup::goesInsideNestedWait()
 {
-    Script script(u"initDone"_s);
-    const QPointer<Hook> hook = script.create();
+    Script script;
+    const QPointer<Hook> hook = script.create(sent(u"initDone"_s));
     // Three messages went out before this call.
     const QStringList environment { u"A=1"_s, u"B="_s };
     script.runner.write(Bytes::message({ 9, Bytes::Reply, 1, 4 }, Bytes::arguments({ environment })));

@@ -1,5 +1,6 @@
 #include "application.h"
 
+#include "registrar.h"
 #include "serverlib/directmessagechannel.h"
 #include "support/recorders.h"
 
@@ -17,6 +18,7 @@ class tst_application : public QObject
 
 private slots:
     void goesDuringBringUp();
+    void areGivenAddresses();
 };
 
 void tst_application::goesDuringBringUp()
@@ -34,6 +36,26 @@ void tst_application::goesDuringBringUp()
     application.reset();
     // Nobody waits for the answer any more.
     process.kept.takeFirst()->response(Vorkel::ArgumentList(QVariant(99)));
+}
+
+// Each its own, whatever they ask for; other clients are sent away.
+void tst_application::areGivenAddresses()
+{
+    Vorkel::Runner::Registrar registrar;
+    QStringList outcomes;
+    connect(&registrar, &Vorkel::IPCHandshaker::newChannel, this,
+            [&](auto *, const Vorkel::ClientData &data) { outcomes << QString::number(data.id); });
+    connect(&registrar, &Vorkel::IPCHandshaker::channelRejected, this,
+            [&](auto *, const QString &reason) { outcomes << reason; });
+    for (const FUInt32 type : { 4U, 4U, 1U }) {
+        const auto [near, far] = Vorkel::DirectMessageChannel::channelPair();
+        const std::unique_ptr<Vorkel::AsyncMessageChannel> client(far);
+        near->setParent(&registrar);
+        registrar.addChannel(near);
+        far->enqueueMessage(Bytes::handshake({ 2, 1, type, u"app"_s }));
+    }
+    QCOMPARE(outcomes,
+             (QStringList { u"2"_s, u"3"_s, u"Only applications are served here, not clients of type 1"_s }));
 }
 
 QTEST_GUILESS_MAIN(tst_application)

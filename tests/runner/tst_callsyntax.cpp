@@ -42,11 +42,8 @@ void tst_callsyntax::understands_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("call");
     // clang-format off
-    QTest::newRow("bare name")       << u"getPID"_s                    << u"call getPID()"_s;
-    QTest::newRow("no arguments")    << u" getPID( ) "_s               << u"call getPID()"_s;
     QTest::newRow("one way")         << u"send:set_id2(1)"_s           << u"send set_id2(int 1)"_s;
     QTest::newRow("texts")           << uR"~(f("", "a, b)", "\u00fc"))~"_s << uR"~(call f(QString ""; QString "a, b)"; QString "ü"))~"_s;
-    QTest::newRow("over lines")      << u"f(1,\n  2)"_s                << u"call f(int 1; int 2)"_s;
     QTest::newRow("truth and none")  << u"f(true, false, null)"_s      << u"call f(bool true; bool false; none null)"_s;
     QTest::newRow("ints")            << u"f(-2147483648, 2147483647)"_s << u"call f(int -2147483648; int 2147483647)"_s;
     QTest::newRow("long longs")      << u"f(2147483648, -9223372036854775808, 9007199254740993)"_s
@@ -80,11 +77,8 @@ void tst_callsyntax::refuses_data()
     for (const QString &text : { u""_s, u"1f"_s, u"f g"_s, u"f.g"_s, u"f(1"_s, u"f)"_s, u"f(1) g"_s, u"sent:f"_s, u"send:"_s, u"ü"_s })
         row(text, noCall);
     row(u"f(x)"_s,       noJson.arg(u"%1"_s, u"illegal number"_s, u"1"_s));
-    row(u"f(%3)"_s,      noJson.arg(u"%1"_s, u"illegal number"_s, u"1"_s));
-    row(u"f('x')"_s,     noJson.arg(u"%1"_s, u"illegal number"_s, u"1"_s));
     row(u"f(\"x)"_s,     noJson.arg(u"%1"_s, u"unterminated string"_s, u"2"_s));
     row(u"f(1],[2)"_s,   noJson.arg(u"%1"_s, u"garbage at the end of the document"_s, u"3"_s));
-    row(u"f(1)(2)"_s,    noJson.arg(u"%1"_s, u"missing value separator"_s, u"3"_s));
     // clang-format on
 }
 
@@ -103,11 +97,7 @@ void tst_callsyntax::showsValues_data()
     };
     // clang-format off
     row("no value",     QVariant(),                                      u"null"_s);
-    row("null text",    QString(),                                       u"\"\""_s);
     row("text",         u"a\"b\nü"_s,                                    uR"("a\"b\nü")"_s);
-    row("number",       qlonglong(9007199254740993),                     u"9007199254740993"_s);
-    row("large number", std::numeric_limits<qulonglong>::max(),          u"\"18446744073709551615\""_s);
-    row("utf-8 bytes",  QByteArray("\xC3\xBC"),                          u"\"ü\""_s);
     row("other bytes",  QByteArray("\xFF\x00", 2),                       u"\"base64:/wA=\""_s);
     row("strings",      QStringList({ u"a"_s, QString() }),              uR"(["a",""])"_s);
     row("nested bytes", QVariantList({ QVariantMap({ { u"k"_s, QByteArray("\xFF") } }) }), uR"([{"k":"base64:/w=="}])"_s);

@@ -17,15 +17,13 @@ namespace {
 const ClientData announced { 5, 7, 4, u"app"_s };
 const ClientData assigned { 9, 8, 3, u"renamed"_s };
 const QByteArray good = Bytes::handshake(assigned);
+const QString goneText = u"Connection closed during handshake"_s;
 
 /// Takes everybody but those called "stranger".
 class Handshaker : public Vorkel::IPCHandshaker
 {
 public:
-    Handshaker()
-        : IPCHandshaker(nullptr)
-    {
-    }
+    using IPCHandshaker::IPCHandshaker;
 
 protected:
     Result answerTo(const ClientData &data) override
@@ -43,10 +41,8 @@ class tst_handshake : public QObject
 private slots:
     void reads_data();
     void reads();
-    void connects_data();
-    void connects();
-    void accepts_data();
-    void accepts();
+    void finishes_data();
+    void finishes();
 };
 
 void tst_handshake::reads_data()
@@ -70,7 +66,6 @@ void tst_handshake::reads_data()
     row("far newer demand",       Bytes::handshake(assigned, 0xFFFFFFFF, 0xFF000000), tooNew.arg(u"ff.0.0"_s));
     row("wrong identification",   QByteArray(good).replace(4, 4, Bytes::u32(1)), u"Protocol error: invalid protocol identification"_s);
     row("27 bytes",               good.first(27), u"Protocol error: handshake header too short"_s);
-    row("empty",                  QByteArray(), u"Protocol error: handshake header too short"_s);
     row("refusal without a word", Bytes::refusal(QString()) + "junk", u"Handshake refused without a reason"_s);
     row("other status",           Bytes::refusal(u"Huge"_s).replace(16, 4, Bytes::u32(0xFFFFFFFF)), u"Huge"_s);
     // clang-format on
@@ -78,84 +73,62 @@ void tst_handshake::reads_data()
 
 void tst_handshake::reads()
 {
-    QFETCH(QByteArray, message);
-    QFETCH(QString, error);
+    QFETCH(const QByteArray, message);
+    QFETCH(const QString, error);
     const auto result = IPCHandshake::processHanshake(message);
     QCOMPARE(result.error(), error);
     QCOMPARE(result.value(), error.isEmpty() ? assigned : ClientData());
 }
 
-void tst_handshake::connects_data()
+void tst_handshake::finishes_data()
 {
-    QTest::addColumn<QByteArray>("answer");
-    QTest::addColumn<bool>("closes");
+    QTest::addColumn<bool>("accepts");
+    QTest::addColumn<QByteArray>("message"); // from the other side
     QTest::addColumn<QString>("outcome");
-    QTest::newRow("good") << good << false << assigned.name;
-    QTest::newRow("refused") << Bytes::refusal(u"Not you"_s) << false << u"Not you"_s;
-    QTest::newRow("gone") << QByteArray() << true << u"Connection closed during handshake"_s;
-    QTest::newRow("silent") << QByteArray() << false << u"Handshake timeout"_s;
+    QTest::newRow("connecting") << false << good << assigned.name;
+    QTest::newRow("connecting, gone") << false << QByteArray() << goneText;
+    QTest::newRow("connecting, silent") << false << QByteArray() << u"Handshake timeout"_s;
+    QTest::newRow("accepting") << true << Bytes::handshake(announced) << assigned.name;
+    QTest::newRow("accepting, gone") << true << QByteArray() << goneText;
+    QTest::newRow("refusing") << true << Bytes::handshake({ 5, 7, 4, u"stranger"_s }) << u"Not you"_s;
 }
 
-// The channel is left as it is, and nothing more is heard of the handshake.
-void tst_handshake::connects()
+// What it says is heard, it says how it went once, and only the accepting side ends a channel.
+void tst_handshake::finishes()
 {
-    QFETCH(QByteArray, answer);
-    QFETCH(bool, closes);
-    QFETCH(QString, outcome);
-    FakeRunner runner;
-    Vorkel::TCPMessageChannel channel(runner.connectedSocket());
-    const QPointer<IPCHandshake> handshake = new IPCHandshake(announced, &channel, 200, nullptr);
-    QStringList outcomes;
-    connect(handshake, qOverload<AsyncMessageChannel *, const Result &>(&IPCHandshake::finished), this,
-            [&](auto *, const Result &result) { outcomes << result.error() + result.value().name; });
-    handshake->start();
-    QCOMPARE(runner.readMessage(), Bytes::handshake(announced));
-    runner.write(answer);
-    if (closes)
-        runner.close();
-    QTRY_VERIFY(!handshake);
-    QCOMPARE(channel.isOpen(), !closes);
-    if (channel.isOpen())
-        runner.write(good);
-    QCoreApplication::processEvents();
-    QCOMPARE(outcomes, QStringList { outcome });
-}
-
-void tst_handshake::accepts_data()
-{
-    QTest::addColumn<QByteArray>("message");
-    QTest::addColumn<QString>("rejection");
-    QTest::newRow("good") << Bytes::handshake(announced) << QString();
-    QTest::newRow("refused") << Bytes::handshake({ 5, 7, 4, u"stranger"_s }) << u"Not you"_s;
-    QTest::newRow("garbage") << Bytes::framed(QByteArray(40, 'x'))
-                             << u"Protocol error: invalid protocol identification"_s;
-    QTest::newRow("gone") << QByteArray() << u"Connection closed during handshake"_s;
-}
-
-void tst_handshake::accepts()
-{
-    QFETCH(QByteArray, message);
-    QFETCH(QString, rejection);
+    QFETCH(const bool, accepts);
+    QFETCH(const QByteArray, message);
+    QFETCH(const QString, outcome);
     FakeRunner peer;
     const QPointer<AsyncMessageChannel> channel = new Vorkel::TCPMessageChannel(peer.connectedSocket());
-    Handshaker handshaker;
     QStringList outcomes;
+    Handshaker handshaker(nullptr);
     connect(&handshaker, &Handshaker::newChannel, this,
             [&](auto *, const ClientData &data) { outcomes << data.name; });
     connect(&handshaker, &Handshaker::channelRejected, this,
             [&](auto *, const QString &reason) { outcomes << reason; });
-    handshaker.addChannel(channel);
+    const QPointer<IPCHandshake> handshake = new IPCHandshake(announced, channel, 200, &handshaker);
+    connect(handshake, qOverload<AsyncMessageChannel *, const Result &>(&IPCHandshake::finished), this,
+            [&](auto *, const Result &result) { outcomes << result.error() + result.value().name; });
+    accepts ? handshaker.addChannel(channel) : handshake->start();
     peer.write(message);
-    peer.halfClose(); // closing waits for the other side
-    QTRY_COMPARE(outcomes, QStringList { rejection.isEmpty() ? assigned.name : rejection });
-    if (!message.isEmpty()) {
-        QCOMPARE(peer.readMessage(), rejection.isEmpty() ? good : Bytes::refusal(rejection));
+    if (outcome == goneText || accepts)
+        peer.halfClose(); // closing waits for the other side
+    QTRY_COMPARE(outcomes, QStringList { outcome });
+    const bool isTaken = outcome == assigned.name;
+    if (!accepts || !message.isEmpty()) {
+        QCOMPARE(peer.readMessage(),
+                 !accepts          ? Bytes::handshake(announced)
+                         : isTaken ? good
+                                   : Bytes::refusal(outcome));
         QCOMPARE(Bytes::told(peer.readMessage()), u"type 32"_s);
     }
-    if (rejection.isEmpty())
-        delete channel;
-    QTRY_VERIFY(!channel);
+    QTRY_COMPARE(channel.isNull(), accepts && !isTaken);
+    peer.write(good);
+    QCoreApplication::processEvents();
     QCOMPARE(outcomes.size(), 1);
+    QCOMPARE(handshake.isNull(), !accepts);
+    delete channel;
 }
 
 QTEST_GUILESS_MAIN(tst_handshake)

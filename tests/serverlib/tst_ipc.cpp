@@ -18,27 +18,19 @@ constexpr FUInt32 Own = 9;
 struct Endpoint
 {
     FakeRunner runner;
+    FSocket *socket = runner.connectedSocket();
     RecordingHandler handler;
     std::unique_ptr<IPC> ipc =
-            std::make_unique<IPC>(new Vorkel::TCPMessageChannel(runner.connectedSocket()),
+            std::make_unique<IPC>(new Vorkel::TCPMessageChannel(socket),
                                   Vorkel::ClientData { Own, 7, 4, u"app"_s }, &handler, nullptr);
 
-    void reply(int id, const ArgumentList &values, FUInt32 sender = 1)
+    void write(FUInt32 type, int id, const QByteArray &body, FUInt32 flags = 0)
     {
-        runner.write(Bytes::message({ Own, Bytes::Reply, sender, id }, Bytes::arguments(values)));
+        runner.write(Bytes::message({ Own, type, 1, id, flags }, body));
     }
-    void refuse(int id, const QString &text)
-    {
-        runner.write(Bytes::message({ Own, Bytes::Reply, 1, id, Bytes::Error }, Bytes::text(text)));
-    }
-    void ask(const QString &name)
-    {
-        runner.write(Bytes::message({ Own, Bytes::Call, 1, 500 }, Bytes::invocation(name)));
-    }
-    void tell(const QString &name)
-    {
-        runner.write(Bytes::message({ Own, Bytes::Send, 1 }, Bytes::invocation(name)));
-    }
+    void reply(int id, const ArgumentList &values) { write(Bytes::Reply, id, Bytes::arguments(values)); }
+    void ask(const QString &name) { write(Bytes::Call, 500, Bytes::invocation(name)); }
+    void tell(const QString &name) { write(Bytes::Send, 0, Bytes::invocation(name)); }
     [[nodiscard]] QString heard() { return Bytes::told(runner.readMessage()); }
 };
 
@@ -54,8 +46,8 @@ private slots:
     void failsAsToldByRunner();
     void nests();
     void leavesTheRestWhereItIs();
-    void failsWhenPeerCloses();
-    void failsWhenClosedWhileWaiting();
+    void takesAllThatOneReadBrings();
+    void failsWhenConnectionEnds();
     void survivesDestructionWhileWaiting();
 };
 
@@ -72,7 +64,7 @@ void tst_ipc::callsAndServesWhileWaiting()
     QCOMPARE(endpoint.handler.heard, (QStringList { u"send 1 told()"_s, u"call 1 asked()"_s }));
     QCOMPARE(endpoint.heard(), u"call 9>1 #1 a(5)"_s);
     QCOMPARE(endpoint.heard(), u"reply 9>1 #500 ()"_s);
-    endpoint.reply(2, { u"one"_s, 2 }, 8);
+    endpoint.reply(2, { u"one"_s, 2 });
     QCOMPARE(endpoint.ipc->callFunc(8, u"b"_s, {}).value(), (ArgumentList { u"one"_s, 2 }));
     QCOMPARE(endpoint.heard(), u"call 9>8 #2 b()"_s);
     // An answer without a value is one, but no value.
@@ -85,16 +77,11 @@ void tst_ipc::callsAndServesWhileWaiting()
 void tst_ipc::failsAsToldByRunner()
 {
     Endpoint endpoint;
-    endpoint.refuse(1, u"No such thing"_s);
+    endpoint.write(Bytes::Reply, 1, Bytes::text(u"No such thing"_s), Bytes::Error);
     QCOMPARE(endpoint.ipc->callFunc(u"a"_s, {}).error(), u"No such thing"_s);
-    endpoint.refuse(2, u"No such thing"_s);
+    endpoint.write(Bytes::Reply, 2, Bytes::text(QString()), Bytes::Error);
     bool timedOut = true;
-    QVERIFY(!endpoint.ipc->call(u"b"_s, {}, &timedOut).isValid());
-    QVERIFY(!timedOut);
-    endpoint.refuse(3, QString());
-    QVERIFY(!endpoint.ipc->callFunc(u"c"_s, {}).isOk());
-    endpoint.runner.write(Bytes::message({ Own, Bytes::PeerGone, 8 }));
-    QCOMPARE(endpoint.ipc->callFunc(8, u"d"_s, {}).error(), u"Peer gone"_s);
+    QVERIFY(!endpoint.ipc->call(u"b"_s, {}, &timedOut).isValid() && !timedOut);
 }
 
 void tst_ipc::nests()
@@ -133,48 +120,59 @@ void tst_ipc::leavesTheRestWhereItIs()
     QCOMPARE(endpoint.handler.heard.size(), 3);
 }
 
-void tst_ipc::failsWhenPeerCloses()
+// A deflated message in several chunks, and a small one behind it.
+void tst_ipc::takesAllThatOneReadBrings()
 {
     Endpoint endpoint;
-    endpoint.runner.halfClose();
-    QCOMPARE(endpoint.ipc->callFunc(u"a"_s, {}).error(), u"Peer closed the connection"_s);
-    QCOMPARE(endpoint.handler.heard, QStringList { u"closed"_s });
-    bool timedOut = false;
-    QVERIFY(!endpoint.ipc->call(u"b"_s, {}, &timedOut).isValid());
-    QVERIFY(!timedOut);
+    const QByteArray noise = Bytes::noise(30000);
+    const QByteArray deflated = qCompress(Bytes::invocation(u"large"_s, { noise })).mid(4);
+    QByteArray bytes;
+    for (qsizetype offset = 0; offset < deflated.size(); offset += 10216) {
+        const bool isLast = offset + 10216 >= deflated.size();
+        const FUInt32 flags = isLast ? Bytes::Deflated : Bytes::Deflated | Bytes::More;
+        bytes += Bytes::message({ Own, Bytes::Send, 1, 3, flags }, deflated.mid(offset, 10216));
+    }
+    bytes += Bytes::message({ Own, Bytes::Send, 1, 4 }, Bytes::invocation(u"small"_s));
+    QVERIFY(endpoint.runner.write(bytes) && FakeRunner::awaitBytes(endpoint.socket, bytes.size()));
+    QVERIFY(endpoint.ipc->dispatchMessages());
+    QCOMPARE(endpoint.handler.heard.size(), 2);
+    QVERIFY(endpoint.handler.heard.first() == u"send 1 large(%1)"_s.arg(QLatin1String(noise.toHex())));
+    QCOMPARE(endpoint.handler.heard.last(), u"send 1 small()"_s);
 }
 
-void tst_ipc::failsWhenClosedWhileWaiting()
+void tst_ipc::failsWhenConnectionEnds()
 {
-    Endpoint endpoint;
-    endpoint.ask(u"asked"_s);
-    endpoint.handler.onCall = [&](const QString &) {
-        endpoint.runner.close();
-        endpoint.ipc->closeSocket();
+    Endpoint byPeer;
+    byPeer.runner.halfClose();
+    QCOMPARE(byPeer.ipc->callFunc(u"a"_s, {}).error(), u"Peer closed the connection"_s);
+    QCOMPARE(byPeer.handler.heard, QStringList { u"closed"_s });
+    bool timedOut = false;
+    QVERIFY(!byPeer.ipc->call(u"b"_s, {}, &timedOut).isValid() && !timedOut);
+
+    Endpoint whileServing;
+    whileServing.ask(u"asked"_s);
+    whileServing.handler.onCall = [&](const QString &) {
+        whileServing.runner.close();
+        whileServing.ipc->closeSocket();
     };
-    QCOMPARE(endpoint.ipc->callFunc(u"a"_s, {}).error(), u"Connection closed"_s);
-    QCOMPARE(endpoint.handler.heard.size(), 1);
+    QCOMPARE(whileServing.ipc->callFunc(u"a"_s, {}).error(), u"Connection closed"_s);
+    QCOMPARE(whileServing.handler.heard.size(), 1);
 }
 
 // One level deeper, to unwind two waits.
 void tst_ipc::survivesDestructionWhileWaiting()
 {
-    for (const bool wantsText : { true, false }) {
-        Endpoint endpoint;
-        endpoint.handler.onCall = [&](const QString &name) {
-            if (name == u"nest"_s)
-                QVERIFY(!endpoint.ipc->call(u"inner"_s, {}).isValid());
-            else
-                endpoint.ipc.reset();
-        };
-        for (const QString &name : { u"nest"_s, u"die"_s, u"never heard"_s })
-            endpoint.ask(name);
-        if (wantsText)
-            QCOMPARE(endpoint.ipc->callFunc(u"a"_s, {}).error(), u"Connection closed"_s);
+    Endpoint endpoint;
+    endpoint.handler.onCall = [&](const QString &name) {
+        if (name == u"nest"_s)
+            QVERIFY(!endpoint.ipc->call(u"inner"_s, {}).isValid());
         else
-            QVERIFY(!endpoint.ipc->call(u"a"_s, {}).isValid());
-        QVERIFY(!endpoint.ipc && endpoint.handler.heard.size() == 2);
-    }
+            endpoint.ipc.reset();
+    };
+    for (const QString &name : { u"nest"_s, u"die"_s, u"never heard"_s })
+        endpoint.ask(name);
+    QCOMPARE(endpoint.ipc->callFunc(u"a"_s, {}).error(), u"Connection closed"_s);
+    QVERIFY(!endpoint.ipc && endpoint.handler.heard.size() == 2);
 }
 
 QTEST_GUILESS_MAIN(tst_ipc)

@@ -67,12 +67,3 @@ struct Wire
     std::unique_ptr<Vorkel::AsyncIPC> peers;
     std::unique_ptr<Vorkel::AsyncIPC> ours;
 };
-
-inline void addKinds(bool withNull = false)
-{
-    QTest::addColumn<int>("kind");
-    QTest::newRow("tcp") << int(Tcp);
-    QTest::newRow("direct") << int(Direct);
-    if (withNull)
-        QTest::newRow("null") << int(Null);
-}

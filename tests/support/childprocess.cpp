@@ -1,13 +1,19 @@
 #include "support/childprocess.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
 
 namespace {
 
 constexpr int LimitMs = 60000;
-const QString preload = QStringLiteral("LD_PRELOAD");
 
 } // namespace
+
+QString built(const QString &path)
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u'/' + path);
+}
 
 ChildProcess::~ChildProcess()
 {
@@ -26,16 +32,8 @@ void ChildProcess::launch(const QString &program, const QStringList &arguments,
             environment.remove(name);
     }
     environment.insert(variables);
-    QStringList command = qEnvironmentVariable("VORKEL_TEST_EMULATOR").split(u' ', Qt::SkipEmptyParts);
-    if (!command.isEmpty() && environment.contains(preload)) {
-        // The emulated program's, not the emulator's.
-        command << QStringLiteral("-E") << preload + u'=' + environment.value(preload);
-        environment.remove(preload);
-    }
-    command << program << arguments;
     setProcessEnvironment(environment);
-    const QString first = command.takeFirst();
-    start(first, command);
+    start(program, arguments);
 }
 
 void ChildProcess::say(const QByteArray &line)

@@ -2,6 +2,9 @@
 
 #include <QProcess>
 
+/// A file of this build, by its path from the folder of the tests.
+[[nodiscard]] QString built(const QString &path);
+
 /// A process of ours that a test talks to by lines; it ends with the object.
 class ChildProcess : public QProcess
 {
@@ -10,9 +13,7 @@ class ChildProcess : public QProcess
 public:
     ~ChildProcess() override;
 
-    /// Starts `program` with `variables` and none of the caller's own that begin with VORKEL_. Programs
-    /// that this machine cannot run by itself are run by the emulator whose words are in the variable
-    /// VORKEL_TEST_EMULATOR.
+    /// Starts `program` with `variables` and none of the caller's own that begin with VORKEL_.
     void launch(const QString &program, const QStringList &arguments, const QProcessEnvironment &variables);
     void say(const QByteArray &line);
     /// The rest of the next line on standard output that starts with `start`; earlier lines are dropped.

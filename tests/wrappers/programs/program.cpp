@@ -1,16 +1,20 @@
-// A program as anybody could have written it. Its first argument says what it does, its standard input what
-// it does once its event loop runs, a line each:
+// A program as anybody could have written it. Its first argument is a word that says what it does (see
+// carryOut), its standard input what it does once its event loop runs, a line each:
 //   quit     leaves the event loop
 //   traces   prints what is left of the hook in this process
+//   rest     lets the event loop run for some ticks of a timer, then prints what that cost
 // Any other line it prints as it came.
 
 #include PROGRAM_APPLICATION_HEADER
 
+#include <QAbstractEventDispatcher>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QProcess>
 #include <QSocketNotifier>
+#include <QThread>
+#include <QTimer>
 
 #include <algorithm>
 #include <csignal>
@@ -114,159 +118,99 @@ private:
             QCoreApplication::quit();
         } else if (order == "traces") {
             sayTraces();
+        } else if (order == "rest") {
+            rest();
         } else {
             say("%s\n", order.constData());
         }
+    }
+
+    void rest()
+    {
+        auto *const timer = new QTimer(&m_input);
+        QObject::connect(timer->thread()->eventDispatcher(), &QAbstractEventDispatcher::awake, timer,
+                         [this] { ++m_wakeUps; });
+        timer->callOnTimeout([this, timer] {
+            if (++m_ticks == 12) {
+                say("rested %d %d\n", m_ticks, m_wakeUps);
+                timer->stop();
+            }
+        });
+        timer->start(20);
     }
 
     LogStream m_log;
     QSocketNotifier m_input { STDIN_FILENO, QSocketNotifier::Read };
     QByteArray m_pending;
     bool m_ended = false;
+    int m_ticks = 0;
+    int m_wakeUps = 0;
 };
 
-int run(int &argc, char **argv)
+/// Runs a child and ends with its code.
+int runChild(const QStringList &command)
 {
-    const Application application(argc, argv);
-    const Orders orders;
-    return Application::exec();
-}
-
-int pump(int &argc, char **argv)
-{
-    const Application application(argc, argv);
-    const Orders orders;
-    while (!orders.haveEnded())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return 0;
-}
-
-int nest(int &argc, char **argv)
-{
-    const Application application(argc, argv);
-    QEventLoop loop;
-    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
-    loop.exec();
-    const Orders orders;
-    return Application::exec();
-}
-
-int quitAtOnce(int &argc, char **argv)
-{
-    const Application application(argc, argv);
-    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    return Application::exec();
-}
-
-int runTwice(int &argc, char **argv)
-{
-    quitAtOnce(argc, argv);
-    return run(argc, argv);
-}
-
-int wasteOne(int &argc, char **argv)
-{
-    delete new Application(argc, argv);
-    return run(argc, argv);
-}
-
-int doWithout(int &, char **)
-{
-    say("no application object\n");
-    return 0;
-}
-
-int skipTheLoop(int &argc, char **argv)
-{
-    const Application application(argc, argv);
-    std::fputs("nothing to do\n", stderr);
-    return 7;
-}
-
-int crash(int &, char **)
-{
-    std::fputs("about to crash\n", stderr);
-    std::abort();
-}
-
-int stickBeforeTheLoop(int &argc, char **argv)
-{
-    const Application application(argc, argv);
-    pauseForGood();
-}
-
-int stickAtTheStart(int &, char **)
-{
-    pauseForGood();
-}
-
-int ignoreTerm(int &argc, char **argv)
-{
-    std::signal(SIGTERM, SIG_IGN);
-    say("pid %d\n", ::getpid());
-    return run(argc, argv);
-}
-
-int hangUp(int &argc, char **argv)
-{
-    const Application application(argc, argv);
-    const Orders orders;
-    const auto end = [] {
-        for (const int socket : sockets())
-            ::shutdown(socket, SHUT_RDWR);
-    };
-    QMetaObject::invokeMethod(qApp, end, Qt::QueuedConnection);
-    return Application::exec();
-}
-
-int parent(int &argc, char **argv)
-{
-    const Application application(argc, argv);
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedChannels);
     child.setInputChannelMode(QProcess::ForwardedInputChannel);
     QObject::connect(&child, &QProcess::finished, [](int code) { QCoreApplication::exit(code); });
-    const QStringList command = QCoreApplication::arguments().mid(2);
     child.start(command.first(), command.mid(1));
     return Application::exec();
 }
 
-struct Deed
+void hangUp()
 {
-    const char *name;
-    int (*carryOut)(int &argc, char **argv);
-};
+    for (const int socket : sockets())
+        ::shutdown(socket, SHUT_RDWR);
+}
 
-// clang-format off
-constexpr Deed Deeds[] = {
-    { "run",         run                },
-    { "pump",        pump               },
-    { "nest",        nest               },
-    { "quit",        quitAtOnce         },
-    { "twice",       runTwice           },
-    { "waste",       wasteOne           },
-    { "none",        doWithout          },
-    { "noloop",      skipTheLoop        },
-    { "crash",       crash              },
-    { "stick",       stickBeforeTheLoop },
-    { "stickearly",  stickAtTheStart    },
-    { "ignoreterm",  ignoreTerm         },
-    { "hangup",      hangUp             },
-    { "parent",      parent             },
-};
-// clang-format on
+int carryOut(std::string_view deed, int &argc, char **argv)
+{
+    if (deed == "none")
+        return 0;
+    if (deed == "stickearly")
+        pauseForGood();
+    if (deed == "crash") {
+        std::fputs("about to crash\n", stderr);
+        std::abort();
+    }
+    if (deed == "waste")
+        delete new Application(argc, argv);
+    if (deed == "twice")
+        carryOut("quit", argc, argv);
+
+    const Application application(argc, argv);
+    if (deed == "stick")
+        pauseForGood();
+    if (deed == "noloop") {
+        std::fputs("nothing to do\n", stderr);
+        return 7;
+    }
+    if (deed == "parent")
+        return runChild(QCoreApplication::arguments().mid(2));
+    if (deed == "quit") {
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        return Application::exec();
+    }
+    if (deed == "nest") {
+        QEventLoop loop;
+        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+        loop.exec();
+    }
+    const Orders orders;
+    if (deed == "hangup")
+        QMetaObject::invokeMethod(qApp, hangUp, Qt::QueuedConnection);
+    while (deed == "pump" && !orders.haveEnded())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return deed == "pump" ? 0 : Application::exec();
+}
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
     ::alarm(DeadlineSeconds);
-    for (const Deed &deed : Deeds) {
-        if (argc > 1 && QByteArrayView(deed.name) == argv[1]) {
-            const int code = deed.carryOut(argc, argv);
-            sayTraces();
-            return code;
-        }
-    }
-    return 2;
+    const int code = carryOut(argc > 1 ? argv[1] : "run", argc, argv);
+    sayTraces();
+    return code;
 }
