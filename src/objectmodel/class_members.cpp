@@ -107,8 +107,8 @@ const Constructor *Class::constructor(int index) const
 const Method *Class::method(int index) const
 {
     const int offset = superClassOffset(MethodOffset);
-    if (index >= 0 && index < offset)
-        return super()->method(index);
+    if (index < offset)
+        return index < 0 ? nullptr : super()->method(index);
     auto &table = d->members().methods;
     build(table, d->declared.methods, [=, this](int i) { return createMethod(offset + i); });
     return table.at(index - offset);
@@ -117,8 +117,8 @@ const Method *Class::method(int index) const
 const Event *Class::event(int index) const
 {
     const int offset = superClassOffset(EventOffset);
-    if (index >= 0 && index < offset)
-        return super()->event(index);
+    if (index < offset)
+        return index < 0 ? nullptr : super()->event(index);
     auto &table = d->members().events;
     build(table, d->declared.events, [=, this](int i) { return createEvent(offset + i); });
     return table.at(index - offset);
@@ -127,8 +127,8 @@ const Event *Class::event(int index) const
 const Enum *Class::enumerator(int index) const
 {
     const int offset = superClassOffset(EnumOffset);
-    if (index >= 0 && index < offset)
-        return super()->enumerator(index);
+    if (index < offset)
+        return index < 0 ? nullptr : super()->enumerator(index);
     auto &table = d->members().enums;
     build(table, d->declared.enums, [=, this](int i) { return createEnum(offset + i); });
     return table.at(index - offset);
@@ -137,8 +137,8 @@ const Enum *Class::enumerator(int index) const
 const Property *Class::property(int index) const
 {
     const int offset = superClassOffset(PropertyOffset);
-    if (index >= 0 && index < offset)
-        return super()->property(index);
+    if (index < offset)
+        return index < 0 ? nullptr : super()->property(index);
     buildProperties();
     return d->members().properties.at(index - offset);
 }
