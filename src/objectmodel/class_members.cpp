@@ -70,9 +70,10 @@ int Class::numProperties() const
 int Class::dynamicPropertyCount() const
 {
     if (d->dynamicProperties < 0) {
-        const auto *delegate = static_cast<const StaticPropertyDelegate *>(
+        // Kept with its number: another may be registered before the properties are made.
+        d->propertyDelegate = static_cast<const StaticPropertyDelegate *>(
                 DelegateFactory::self()->delegate(d->name, Delegate::StaticPropertyType));
-        d->dynamicProperties = delegate ? delegate->numDeclarations() : 0;
+        d->dynamicProperties = d->propertyDelegate ? d->propertyDelegate->numDeclarations() : 0;
     }
     return d->dynamicProperties;
 }
@@ -152,12 +153,10 @@ void Class::buildProperties() const
     const int offset = superClassOffset(PropertyOffset);
     const int declaredCount = atLeastZero(d->declared.properties);
     const int dynamicCount = dynamicPropertyCount();
-    const auto *delegate = static_cast<const StaticPropertyDelegate *>(
-            DelegateFactory::self()->delegate(d->name, Delegate::StaticPropertyType));
-    build(table, declaredCount + dynamicCount, [&](int i) -> Property * {
-        if (i < declaredCount)
-            return createProperty(offset + i);
-        return delegate ? new Property(this, delegate->declaration(i - declaredCount), offset + i) : nullptr;
+    build(table, declaredCount + dynamicCount, [&](int i) {
+        return i < declaredCount
+                ? createProperty(offset + i)
+                : new Property(this, d->propertyDelegate->declaration(i - declaredCount), offset + i);
     });
 }
 
