@@ -42,7 +42,8 @@ QStringList Hook::fetchPropertyValuesAsString(const QStringList &request) const
     const auto complain = [](const char *what) {
         logLine(QStringLiteral("Hook::handleCall: F_FetchPropertyValuesAsString: ") + QLatin1String(what));
     };
-    QStringList values;
+    // All objects are found before any is asked: the application's answer may be the end of this hook.
+    QList<std::pair<SharedPtr<Object>, const Property *>> wanted;
     for (qsizetype i = 0; i + 1 < request.size(); i += 2) {
         const SharedPtr<Object> object = objectById(request.at(i).toInt());
         if (!object || object->isNull()) {
@@ -50,10 +51,13 @@ QStringList Hook::fetchPropertyValuesAsString(const QStringList &request) const
             continue;
         }
         if (const Property *property = object->objectClass()->property(request.at(i + 1).toInt()))
-            values.append(formatValue(property->get(object)));
+            wanted.append({ object, property });
         else
             complain("Invalid property");
     }
+    QStringList values;
+    for (const auto &[object, property] : wanted)
+        values.append(formatValue(property->get(object)));
     return values;
 }
 

@@ -10,6 +10,8 @@
 #include "shared/logline.h"
 #include "shared/trace.h"
 
+#include <limits>
+
 namespace Vorkel {
 
 namespace {
@@ -33,9 +35,13 @@ Hook::Target Hook::resolveTarget(int target, const char *function) const
 {
     const QString start = QStringLiteral("Hook::%1: invalid ").arg(QLatin1String(function));
     if (target < 0) {
-        const Class *found = Inspector::self()->type(-target);
+        // The least number has no positive counterpart.
+        const qint64 classId = -qint64(target);
+        const Class *found = classId <= std::numeric_limits<int>::max()
+                ? Inspector::self()->type(static_cast<int>(classId))
+                : nullptr;
         if (!found)
-            logLine(start + QLatin1String("class id") + QString::number(-target));
+            logLine(start + QLatin1String("class id") + QString::number(classId));
         return { nullptr, found };
     }
     SharedPtr<Object> object = objectById(target);

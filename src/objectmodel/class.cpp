@@ -127,6 +127,7 @@ SharedPtr<Object> Class::convertToInterface(const SharedPtr<Object> &object, con
     SharedPtr<Object> result = wrap(object->data(), object->objectAttribute());
     if (!result)
         return nullptr;
+    result->shareData(*object);
     result->setObjectClass(interface);
     if (object->extraData())
         result->setExtraData(object->extraData()->clone());

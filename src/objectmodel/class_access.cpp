@@ -46,9 +46,11 @@ SharedPtr<Object> readDynamic(const Property &property, const SharedPtr<Object> 
 SharedPtr<Object> convertedValue(const Property &property, const SharedPtr<Object> &value)
 {
     const Argument &type = property.type();
-    if (value && value->isA(type.argumentClass()))
+    // Only a pointer can point to nothing.
+    const bool isUsable = value && (!value->isNull() || type.isPointer());
+    if (isUsable && value->isA(type.argumentClass()))
         return value;
-    if (!value
+    if (!isUsable
         || !value->objectClass()->canConvertTo(type.argumentClass(), value->isPointer(), type.isPointer(),
                                                nullptr))
     {

@@ -3,6 +3,7 @@
 #include "objectmodel/constructor.h"
 #include "objectmodel/delegates.h"
 #include "objectmodel/inspector.h"
+#include "objectmodel/nesting.h"
 #include "objectmodel/property.h"
 
 #include <cstring>
@@ -44,6 +45,13 @@ bool equalStrings(const SharedPtr<Object> &a, const SharedPtr<Object> &b)
 /// Property by property; true when at least one took part and none differed.
 bool equalProperties(const Class *ofBoth, const SharedPtr<Object> &a, const SharedPtr<Object> &b)
 {
+    static Nesting::Path path;
+    const Nesting nesting(&path, { a->data(), b->data() });
+    // The two differ, if they do, in what is being compared already.
+    if (nesting.isRepeated())
+        return true;
+    if (nesting.isTooDeep())
+        return false;
     bool compared = false;
     for (int i = 0; i < ofBoth->numProperties(); ++i) {
         const Property *property = ofBoth->property(i);

@@ -70,9 +70,10 @@ int Class::numProperties() const
 int Class::dynamicPropertyCount() const
 {
     if (d->dynamicProperties < 0) {
-        const auto *delegate = static_cast<const StaticPropertyDelegate *>(
+        // Kept with its number: another may be registered before the properties are made.
+        d->propertyDelegate = static_cast<const StaticPropertyDelegate *>(
                 DelegateFactory::self()->delegate(d->name, Delegate::StaticPropertyType));
-        d->dynamicProperties = delegate ? delegate->numDeclarations() : 0;
+        d->dynamicProperties = d->propertyDelegate ? d->propertyDelegate->numDeclarations() : 0;
     }
     return d->dynamicProperties;
 }
@@ -107,8 +108,8 @@ const Constructor *Class::constructor(int index) const
 const Method *Class::method(int index) const
 {
     const int offset = superClassOffset(MethodOffset);
-    if (index >= 0 && index < offset)
-        return super()->method(index);
+    if (index < offset)
+        return index < 0 ? nullptr : super()->method(index);
     auto &table = d->members().methods;
     build(table, d->declared.methods, [=, this](int i) { return createMethod(offset + i); });
     return table.at(index - offset);
@@ -117,8 +118,8 @@ const Method *Class::method(int index) const
 const Event *Class::event(int index) const
 {
     const int offset = superClassOffset(EventOffset);
-    if (index >= 0 && index < offset)
-        return super()->event(index);
+    if (index < offset)
+        return index < 0 ? nullptr : super()->event(index);
     auto &table = d->members().events;
     build(table, d->declared.events, [=, this](int i) { return createEvent(offset + i); });
     return table.at(index - offset);
@@ -127,8 +128,8 @@ const Event *Class::event(int index) const
 const Enum *Class::enumerator(int index) const
 {
     const int offset = superClassOffset(EnumOffset);
-    if (index >= 0 && index < offset)
-        return super()->enumerator(index);
+    if (index < offset)
+        return index < 0 ? nullptr : super()->enumerator(index);
     auto &table = d->members().enums;
     build(table, d->declared.enums, [=, this](int i) { return createEnum(offset + i); });
     return table.at(index - offset);
@@ -137,8 +138,8 @@ const Enum *Class::enumerator(int index) const
 const Property *Class::property(int index) const
 {
     const int offset = superClassOffset(PropertyOffset);
-    if (index >= 0 && index < offset)
-        return super()->property(index);
+    if (index < offset)
+        return index < 0 ? nullptr : super()->property(index);
     buildProperties();
     return d->members().properties.at(index - offset);
 }
@@ -152,12 +153,10 @@ void Class::buildProperties() const
     const int offset = superClassOffset(PropertyOffset);
     const int declaredCount = atLeastZero(d->declared.properties);
     const int dynamicCount = dynamicPropertyCount();
-    const auto *delegate = static_cast<const StaticPropertyDelegate *>(
-            DelegateFactory::self()->delegate(d->name, Delegate::StaticPropertyType));
-    build(table, declaredCount + dynamicCount, [&](int i) -> Property * {
-        if (i < declaredCount)
-            return createProperty(offset + i);
-        return delegate ? new Property(this, delegate->declaration(i - declaredCount), offset + i) : nullptr;
+    build(table, declaredCount + dynamicCount, [&](int i) {
+        return i < declaredCount
+                ? createProperty(offset + i)
+                : new Property(this, d->propertyDelegate->declaration(i - declaredCount), offset + i);
     });
 }
 

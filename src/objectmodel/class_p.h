@@ -45,6 +45,8 @@ struct KnownDelegate
     const Delegate *delegate = nullptr;
 };
 
+class StaticPropertyDelegate;
+
 class ClassPrivate
 {
 public:
@@ -63,7 +65,8 @@ public:
     FUInt32 flags = 0;
     MemberCounts declared { Class::NotDeclared, Class::NotDeclared, Class::NotDeclared, Class::NotDeclared,
                             Class::NotDeclared };
-    int dynamicProperties = -1;
+    int dynamicProperties = -1; // not yet counted
+    const StaticPropertyDelegate *propertyDelegate = nullptr; // where they come from
     std::unique_ptr<MemberTables> tables;
     std::unique_ptr<std::array<KnownDelegate, Delegate::NumTypes>> delegates;
 };

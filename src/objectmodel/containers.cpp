@@ -7,6 +7,8 @@
 #include "objectmodel/primitives.h"
 #include "objectmodel/property.h"
 
+#include <set>
+
 namespace Vorkel {
 
 namespace {
@@ -63,6 +65,44 @@ SharedPtr<Object> getByName(const SharedPtr<Object> &object, const char *name)
 {
     const Property *property = object->objectClass()->property(QString::fromLatin1(name));
     return property ? property->get(object) : nullptr;
+}
+
+/// What a container holds; nothing for all else.
+std::vector<SharedPtr<Object>> itemsOf(const Object &object)
+{
+    const bool isArray = object.objectClass() == ArrayClass::registeredClass();
+    if (!object.data() || (!isArray && object.objectClass() != MapClass::registeredClass()))
+        return {};
+    if (isArray)
+        return *static_cast<const ArrayClass::Items *>(object.data());
+    std::vector<SharedPtr<Object>> items;
+    for (const auto &entry : *static_cast<const MapClass::Items *>(object.data()))
+        items.push_back(entry.second);
+    return items;
+}
+
+/// Whether `value` is `container` or holds it somewhere. A container that holds itself would never go,
+/// and whoever walks through it would not come back.
+bool leadsTo(const SharedPtr<Object> &value, const Object &container)
+{
+    std::vector<SharedPtr<Object>> left { value };
+    std::set<const void *> seen;
+    while (!left.empty()) {
+        const SharedPtr<Object> at = left.back();
+        left.pop_back();
+        if (!at || !seen.insert(at->data()).second)
+            continue;
+        if (at->data() == container.data())
+            return true;
+        const auto items = itemsOf(*at);
+        left.insert(left.end(), items.begin(), items.end());
+    }
+    return false;
+}
+
+SharedPtr<Object> refusesItself()
+{
+    return failed(QStringLiteral("A container cannot hold itself"));
 }
 
 SharedPtr<Object> constructFirst(const Class *ofClass)
@@ -130,6 +170,8 @@ SharedPtr<Object> ArrayClass::invoke(int id, const SharedPtr<Object> &object, co
         return nullptr;
     auto &items = *static_cast<Items *>(object->data());
     if (id - superClassOffset(MethodOffset) == 1) {
+        if (leadsTo(arguments[0], *object))
+            return refusesItself();
         items.push_back(arguments[0]);
         return nullptr;
     }
@@ -237,6 +279,8 @@ SharedPtr<Object> MapClass::invoke(int id, const SharedPtr<Object> &object, cons
     auto &items = *static_cast<Items *>(object->data());
     const QString key = arguments[0] ? arguments[0]->toString() : QString();
     if (id - superClassOffset(MethodOffset) == 1) {
+        if (leadsTo(arguments[1], *object))
+            return refusesItself();
         items[key] = arguments[1];
         return nullptr;
     }

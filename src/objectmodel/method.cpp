@@ -58,7 +58,14 @@ bool convertArguments(const Signature &signature, const ObjectList &arguments, O
         if (!given)
             return false;
         // A slot without a class of its own takes anything.
-        if (wanted.argumentClass()->id() == UndefinedClassId || given->isA(wanted.argumentClass())) {
+        if (!wanted.argumentClass() || wanted.argumentClass()->id() == UndefinedClassId) {
+            converted->push_back(given);
+            continue;
+        }
+        // Only a pointer can point to nothing.
+        if (given->isNull() && !wanted.isPointer())
+            return false;
+        if (given->isA(wanted.argumentClass())) {
             converted->push_back(given);
             continue;
         }

@@ -44,6 +44,31 @@ QString unnamed()
 
 } // namespace
 
+/// Data that is deleted when the last object that uses it goes, in the way of the class that it was made
+/// for: an object may be cast to another.
+class Object::KeptData : public Shared
+{
+public:
+    KeptData(void *data, const Class *dataClass, const ObjectAttribute &attribute)
+        : m_data(data)
+        , m_class(dataClass)
+        , m_attribute(attribute)
+    {
+    }
+    ~KeptData() override
+    {
+        if (!m_isGone)
+            m_class->deleteObjectData(m_data, m_attribute);
+    }
+    void setGone() { m_isGone = true; }
+
+private:
+    void *m_data;
+    const Class *m_class;
+    ObjectAttribute m_attribute;
+    bool m_isGone = false;
+};
+
 Object::Object(void *data, const Class *objectClass, const ObjectAttribute &attribute)
     : m_data(data)
     , m_class(objectClass)
@@ -54,8 +79,6 @@ Object::Object(void *data, const Class *objectClass, const ObjectAttribute &attr
 Object::~Object()
 {
     m_extraData.reset();
-    if (m_ownsData)
-        m_class->deleteObjectData(m_data, m_attribute);
 }
 
 SharedPtr<Object> Object::zombie()
@@ -141,23 +164,53 @@ SharedPtr<Object> Object::reference()
     const ObjectAttribute attribute = objectAttribute();
     if (attribute.has(ObjectAttribute::Pointer) || attribute.has(ObjectAttribute::Array))
         return self();
-    return m_class->wrap(m_data, ObjectAttribute(ObjectAttribute::Pointer, 0));
+    return sharing(ObjectAttribute(ObjectAttribute::Pointer, 0));
 }
 
 SharedPtr<Object> Object::dereference()
 {
     const ObjectAttribute attribute = objectAttribute();
-    if (attribute.has(ObjectAttribute::Reference) || !attribute.has(ObjectAttribute::Pointer))
+    // What an array of pointers holds are pointers, not values.
+    if (attribute.has(ObjectAttribute::Reference) || attribute.has(ObjectAttribute::Array)
+        || !attribute.has(ObjectAttribute::Pointer))
         return self();
-    return m_data ? m_class->wrap(m_data, ObjectAttribute()) : nullptr;
+    return m_data ? sharing(ObjectAttribute()) : nullptr;
+}
+
+/// The same data held as `attribute` says.
+SharedPtr<Object> Object::sharing(const ObjectAttribute &attribute) const
+{
+    SharedPtr<Object> result = m_class->wrap(m_data, attribute);
+    if (result)
+        result->shareData(*this);
+    return result;
 }
 
 void Object::put(void *data)
 {
     m_extraData.reset();
-    if (m_ownsData)
-        m_class->deleteObjectData(m_data, m_attribute);
     m_data = data;
+    m_kept = m_ownsData ? newKeptData() : nullptr;
+}
+
+void Object::setOwnsData(bool on)
+{
+    if (on == m_ownsData)
+        return;
+    if (m_ownsData)
+        m_kept->setGone();
+    m_ownsData = on;
+    m_kept = on ? newKeptData() : nullptr;
+}
+
+void Object::shareData(const Object &other)
+{
+    m_kept = other.m_kept;
+}
+
+SharedPtr<Object::KeptData> Object::newKeptData() const
+{
+    return SharedPtr<KeptData>(new KeptData(m_data, m_class, m_attribute));
 }
 
 void Object::generateIndex()
@@ -173,6 +226,8 @@ void Object::generateIndex()
 void Object::invalidate()
 {
     m_invalidated = true;
+    if (m_kept)
+        m_kept->setGone();
     m_data = nullptr;
     m_class = classOfTheDead();
 }

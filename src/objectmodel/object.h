@@ -101,10 +101,12 @@ public:
     [[nodiscard]] bool isPointer() const { return objectAttribute().isPointer(); }
     [[nodiscard]] void *data() const { return m_data; }
     void get(void **out) const { *out = m_data; }
-    /// Replaces the data, deleting the old if it is owned.
+    /// Replaces the data; the old, if it is owned, goes with the last object that shares it.
     void put(void *data);
-    void setOwnsData(bool on) { m_ownsData = on; }
+    void setOwnsData(bool on);
     [[nodiscard]] bool ownsData() const { return m_ownsData; }
+    /// For an object whose data is, or is part of, what `other` may own: keeps it for as long.
+    void shareData(const Object &other);
     [[nodiscard]] const ExtraData *extraData() const { return m_extraData.get(); }
     void setExtraData(std::unique_ptr<ExtraData> extraData) { m_extraData = std::move(extraData); }
 
@@ -122,9 +124,15 @@ public:
 protected:
     /// This object for those who take a counted pointer.
     [[nodiscard]] SharedPtr<Object> self() const { return SharedPtr<Object>(const_cast<Object *>(this)); }
+    [[nodiscard]] SharedPtr<Object> sharing(const ObjectAttribute &attribute) const;
 
 private:
+    class KeptData;
+
+    [[nodiscard]] SharedPtr<KeptData> newKeptData() const;
+
     void *m_data;
+    SharedPtr<KeptData> m_kept; // null when the data is nobody's in the object model
     std::unique_ptr<ExtraData> m_extraData;
     const Class *m_class;
     ObjectAttribute m_attribute;

@@ -4,6 +4,7 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/delegates.h"
+#include "objectmodel/nesting.h"
 #include "objectmodel/property.h"
 
 #include <QDataStream>
@@ -19,10 +20,14 @@ const SerializeDelegate *serializerOf(const Class *objectClass)
     return static_cast<const SerializeDelegate *>(objectClass->delegate(Delegate::SerializeType));
 }
 
-/// Calls `visit` with each value that takes part; whether there was one.
+/// Calls `visit` with each value that takes part; whether there was one. None does in a circle.
 template <typename Visit>
 bool forEachStreamedValue(const SharedPtr<Object> &object, Visit visit)
 {
+    static Nesting::Path path;
+    const Nesting nesting(&path, { object->data(), object->objectClass() });
+    if (nesting.isRepeated() || nesting.isTooDeep())
+        return false;
     bool any = false;
     const Class *objectClass = object->objectClass();
     for (int i = 0; i < objectClass->numProperties(); ++i) {

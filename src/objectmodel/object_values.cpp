@@ -3,6 +3,7 @@
 #include "objectmodel/class.h"
 #include "objectmodel/delegates.h"
 #include "objectmodel/inspector.h"
+#include "objectmodel/nesting.h"
 #include "objectmodel/property.h"
 
 namespace Vorkel {
@@ -102,6 +103,15 @@ void Object::fromBoolean(bool value)
         delegate->fromBoolean(self(), value);
 }
 
+namespace {
+
+QString described(const Object &value)
+{
+    return value.toString() + QLatin1String(" : ") + value.className();
+}
+
+} // namespace
+
 QString Object::toDebugString() const
 {
     if (const auto *delegate =
@@ -109,6 +119,10 @@ QString Object::toDebugString() const
         return delegate->toDebugString(self());
     if (isNull())
         return QLatin1String("0 : ") + className();
+    static Nesting::Path path;
+    const Nesting nesting(&path, { m_data, m_class });
+    if (nesting.isRepeated() || nesting.isTooDeep())
+        return described(*this);
     QString text = QStringLiteral("{ ");
     const int count = m_class->numProperties();
     for (int i = 0; i < count; ++i) {
@@ -118,9 +132,7 @@ QString Object::toDebugString() const
             continue;
         text += property->name() + QLatin1String(" = ");
         // A value of the same class may be this object again.
-        text += value->objectClass() == m_class
-                ? value->toString() + QLatin1String(" : ") + value->className()
-                : value->toDebugString();
+        text += value->objectClass() == m_class ? described(*value) : value->toDebugString();
         if (i != count - 1)
             text += QLatin1String(", ");
     }

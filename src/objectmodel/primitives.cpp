@@ -146,11 +146,11 @@ template <typename T>
 SharedPtr<Object> PrimitiveClass<T>::construct(int id, void **arguments) const
 {
     switch (id) {
-    case 0:
+    case FromNothing:
         return ownedValue(this, newPrimitive(T()), HeldByPointer);
-    case 1:
+    case FromValue:
         return arguments[0] ? ownedValue(this, newPrimitive(load<T>(arguments[0])), HeldByPointer) : nullptr;
-    case 2:
+    case FromPointer:
         return wrap(arguments[0], HeldByPointer);
     default:
         return nullptr;
@@ -245,15 +245,31 @@ void registerPrimitiveClasses()
 Constructor *createValueConstructor(const Class *ofClass, int index)
 {
     switch (index) {
-    case 0:
-        return new Constructor(ofClass, Signature(), 0);
-    case 1:
-        return new Constructor(ofClass, Signature { Argument(ofClass) }, 1);
-    case 2:
-        return new Constructor(ofClass, Signature { Argument(ofClass, ObjectAttribute::Pointer) }, 2);
+    case FromNothing:
+        return new Constructor(ofClass, Signature(), index);
+    case FromValue:
+        return new Constructor(ofClass, Signature { Argument(ofClass) }, index);
+    case FromPointer:
+        return new Constructor(ofClass, Signature { Argument(ofClass, ObjectAttribute::Pointer) }, index);
     default:
         return nullptr;
     }
+}
+
+SharedPtr<Object> constructValue(const Class *ofClass, int id, const ObjectList &arguments,
+                                 const Constructor *constructor)
+{
+    const bool fromPointer = id == FromPointer && arguments.size() == 1 && arguments[0];
+    // What an array of strings holds are pointers, which nobody may take for a value.
+    if (fromPointer && arguments[0]->isPointer()
+        && arguments[0]->objectAttribute().has(ObjectAttribute::Array)) {
+        Inspector::self()->setError(QStringLiteral("An array of strings is no single value"));
+        return nullptr;
+    }
+    const SharedPtr<Object> result = ofClass->Class::construct(id, arguments, constructor);
+    if (fromPointer && result)
+        result->shareData(*arguments[0]);
+    return result;
 }
 
 bool canConvertValueTo(const Class *target, bool fromPointer, bool toPointer)

@@ -51,6 +51,11 @@ public:
 
     using Class::construct;
     SharedPtr<Object> construct(int id, void **arguments) const override;
+    SharedPtr<Object> construct(int id, const ObjectList &arguments,
+                                const Constructor *constructor) const override
+    {
+        return constructValue(this, id, arguments, constructor);
+    }
     [[nodiscard]] SharedPtr<Object> wrap(void *data, const ObjectAttribute &attribute) const override;
     void deleteObjectData(void *data, const ObjectAttribute &attribute) const override;
     [[nodiscard]] bool compare(const SharedPtr<Object> &a, const SharedPtr<Object> &b) const override;
@@ -87,8 +92,13 @@ using VorkelObject_int64 = PrimitiveObject<long long>;
 /// Makes the classes with fixed numbers, in their order.
 void registerPrimitiveClasses();
 
-/// The constructor `index` that all value classes have: of nothing, of a value, of a pointer.
+/// The constructors that all value classes have, by number.
+enum ValueConstructor { FromNothing = 0, FromValue = 1, FromPointer = 2 };
+
 [[nodiscard]] Constructor *createValueConstructor(const Class *ofClass, int index);
+/// Constructs with `ofClass`, so that what is made from a pointer keeps what that points to.
+SharedPtr<Object> constructValue(const Class *ofClass, int id, const ObjectList &arguments,
+                                 const Constructor *constructor);
 /// Whether value classes convert to `target`.
 [[nodiscard]] bool canConvertValueTo(const Class *target, bool fromPointer, bool toPointer);
 

@@ -197,8 +197,9 @@ SharedPtr<Object> Registry::createPrimitive(const char *utf8) const
 
 SharedPtr<Object> Registry::createPrimitive(const QStringList &texts) const
 {
+    // A zero stands behind the pointers: whoever takes them for a text shall find its end.
     auto **strings = reinterpret_cast<char **>(
-            allocatePrimitive(static_cast<std::size_t>(texts.size()) * sizeof(char *)));
+            allocatePrimitive((static_cast<std::size_t>(texts.size()) + 1) * sizeof(char *)));
     for (qsizetype i = 0; i < texts.size(); ++i)
         strings[i] = newPrimitiveText(texts.at(i).toUtf8());
     return owned(type(StringClassId), strings,

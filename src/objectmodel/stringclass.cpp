@@ -178,17 +178,23 @@ VorkelClass_char::VorkelClass_char()
 SharedPtr<Object> VorkelClass_char::construct(int id, void **arguments) const
 {
     switch (id) {
-    case 0:
+    case FromNothing:
         return owned(wrap(newPrimitiveText({}), HeldByPointer));
-    case 1: {
+    case FromValue: {
         const char text[] = { arguments[0] ? *static_cast<const char *>(arguments[0]) : '\0', '\0' };
         return owned(wrap(newPrimitiveText(text), HeldByPointer));
     }
-    case 2:
+    case FromPointer:
         return wrap(arguments[0], HeldByPointer);
     default:
         return nullptr;
     }
+}
+
+SharedPtr<Object> VorkelClass_char::construct(int id, const ObjectList &arguments,
+                                              const Constructor *constructor) const
+{
+    return constructValue(this, id, arguments, constructor);
 }
 
 SharedPtr<Object> VorkelClass_char::wrap(void *data, const ObjectAttribute &attribute) const

@@ -45,6 +45,8 @@ public:
 
     using Class::construct;
     SharedPtr<Object> construct(int id, void **arguments) const override;
+    SharedPtr<Object> construct(int id, const ObjectList &arguments,
+                                const Constructor *constructor) const override;
     [[nodiscard]] SharedPtr<Object> wrap(void *data, const ObjectAttribute &attribute) const override;
     void deleteObjectData(void *data, const ObjectAttribute &attribute) const override;
     [[nodiscard]] bool compare(const SharedPtr<Object> &a, const SharedPtr<Object> &b) const override;

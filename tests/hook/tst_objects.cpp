@@ -1,0 +1,621 @@
+#include "classrecords.h"
+#include "hook/autprocess.h"
+#include "hook/classregistrar.h"
+#include "hook/hook.h"
+#include "hook/remotefunctions.h"
+#include "objectmodel/containers.h"
+#include "objectmodel/event.h"
+#include "objectmodel/globalobject.h"
+#include "objectmodel/inspector.h"
+#include "objectmodel/primitives.h"
+#include "objectmodel/toolkit.h"
+#include "serverlib/nullmessagechannel.h"
+#include "support/recorders.h"
+
+#include <QTest>
+
+#include <limits>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace Vorkel;
+
+// What a runner does to objects, in process.
+
+namespace {
+
+const ObjectAttribute HeldByPointer(ObjectAttribute::Pointer, 0);
+
+/// A link of a chain. Links of one class refer to links of another, so that chains can close.
+struct Link
+{
+    QByteArray text;
+    Link *next = nullptr;
+};
+
+class LinkClass : public Class
+{
+public:
+    explicit LinkClass(const char *name)
+        : Class(name, true)
+    {
+        setDeclared({ .properties = 3 });
+    }
+
+    using Class::getProperty;
+    SharedPtr<Object> getProperty(int id, void *object, const Class *) const override
+    {
+        if (const auto deed = std::exchange(onRead, nullptr))
+            deed();
+        const auto *link = static_cast<const Link *>(object);
+        if (id == 0)
+            return Vorkel::wrap(QString::fromUtf8(link->text));
+        return id == 1 ? other->wrap(link->next, HeldByPointer) : Vorkel::wrap(7);
+    }
+    Property *createProperty(int index) const override
+    {
+        static const QString names[] = { u"text"_s, u"next"_s, u"shared"_s };
+        const FUInt32 flags = ReadableProperty | (index == 2 ? FUInt32(StaticProperty) : 0);
+        const Class *type = index == 1 ? other : Inspector::self()->type(StringClassId);
+        return new Property(this, Argument(type, ObjectAttribute::Pointer), names[index], flags, index);
+    }
+
+    const Class *other = this;
+    mutable std::function<void()> onRead;
+};
+
+/// Links at the top, each with the next one below it.
+class LinkTree : public ObjectHierarchyDelegate
+{
+public:
+    using ObjectHierarchyDelegate::ObjectHierarchyDelegate;
+
+    int numChildren(const SharedPtr<Object> &object) const override { return below(object) ? 1 : 0; }
+    SharedPtr<Object> child(const SharedPtr<Object> &object, int) const override
+    {
+        return Inspector::self()->type(u"Left"_s)->wrap(below(object), HeldByPointer);
+    }
+    SharedPtr<Object> childByName(const SharedPtr<Object> &object, const QString &wanted) const override
+    {
+        return below(object) && QString::fromUtf8(below(object)->text) == wanted ? child(object, 0) : nullptr;
+    }
+    QString name(const SharedPtr<Object> &object) const override
+    {
+        return QString::fromUtf8(static_cast<const Link *>(object->data())->text);
+    }
+    QString qualifiedName(const SharedPtr<Object> &object) const override { return u'/' + name(object); }
+    int wrapperType() const override { return 1; }
+
+    Link *top = nullptr;
+
+private:
+    Link *below(const SharedPtr<Object> &object) const
+    {
+        return object ? static_cast<Link *>(object->data())->next : top;
+    }
+};
+
+/// A class that names another, which is seen for the first time when this one is written.
+class LateClass : public Class
+{
+public:
+    LateClass(const char *name, const char *needed)
+        : Class(name, false)
+        , m_needed(needed)
+    {
+        const ClassRegistrar registrar;
+        setDeclared({ .properties = needed ? 1 : 0 });
+        registerClass();
+    }
+    Property *createProperty(int index) const override
+    {
+        return new Property(this, Argument(new LateClass(m_needed, nullptr)), u"late"_s, 0, index);
+    }
+
+private:
+    const char *m_needed;
+};
+
+/// Writes down the classes that each message announces.
+class RecordingChannel : public NullMessageChannel
+{
+public:
+    bool isOpen() const override { return true; }
+    bool enqueueMessage(QByteArray message) override
+    {
+        const QString told = Bytes::told(message);
+        const auto hex = told.section(u',', 1).chopped(1).toLatin1();
+        const auto records = Runner::ClassRecords::parse(QByteArray::fromHex(hex));
+        QString &names = announced.emplaceBack(told.section(u'(', 0, 0));
+        for (const auto &record : records.value().classes())
+            names += u' ' + record.name;
+        return true;
+    }
+
+    QStringList announced;
+};
+
+/// What calls give that must give nothing, and the lines that they leave in the log: "Hook::", the function,
+/// ": " and the text here. N is a number that nothing has, S a square and C its class.
+constexpr struct
+{
+    const char *calls;
+    const char *line;
+} Refusals[] = {
+    // clang-format off
+    { "numObjects objectName qualifiedObjectName getObjectAttribute objectReference objectDereference parent|N", "invalid object id %1" },
+    { "objectToDebugString objectToInteger objectToInt64 objectToString objectToDouble objectToBoolean objectIsNull|N", "invalid object id%1" },
+    { "objectFromInteger objectFromInt64 objectFromString objectFromDouble objectFromBoolean|N,1", "invalid object id%1" },
+    { "objects|N",                  "invalid parent object id %1" },
+    { "objectByName|N,x",           "invalid parent object id %1" },
+    { "objectByIndex|N,0",          "invalid parent object id %1" },
+    { "objectByIndex|0,N",          "index out of range!" },
+    { "objectByIndex|S,N",          "index out of range!" },
+    { "objectCompare|N,S",          "invalid 1st object id %1" },
+    { "objectCompare|S,N",          "invalid 2nd object id %1" },
+    { "objectCastTo|N,1",           "invalid object id %1" },
+    { "objectCastTo|S,N",           "invalid class id %1" },
+    { "canConvertTo|N,1,1,1",       "invalid fromClassId %1" },
+    { "convertTo|N,S,1,1",          "invalid fromClassId %1" },
+    { "convertTo|1,N,1,1",          "invalid object id%1" },
+    { "convertToInterface|N,S,x",   "invalid fromClassId %1" },
+    { "convertToInterface|1,N,x",   "invalid object id %1" },
+    { "getProperty invoke|N,0",     "invalid %2 id%3" },
+    { "setProperty|N,0,S",          "invalid %2 id%3" },
+    { "getProperty invoke|S,N",     "invalid property id %1 for class Square" },
+    { "setProperty|S,N,S",          "invalid property id %1 for class Square" },
+    { "construct|0,N",              "invalid class id %1" },
+    { "construct|N,C",              "invalid constructor id %1 for class Square" },
+    { "sendEvent|N,S",              "invalid event" },
+    { "sendEvent|0,N",              "invalid receiver" },
+    { "createNull|N",               "invalid class name %1" },
+    { "objectHasComponents|N",      "Hook::handleCall: F_ObjectHasComponents: Invalid object" },
+    { "fetchObjectComponents|N",    "Hook::handleCall: F_FetchObjectComponents: Invalid object" },
+    // clang-format on
+};
+
+const int Extremes[] = { std::numeric_limits<int>::min(), -1000000, 1000000,
+                         std::numeric_limits<int>::max() };
+
+bool isNothing(const QVariant &reply)
+{
+    return !reply.isValid() || reply == QVariant(false) || reply.toByteArray().isEmpty();
+}
+
+} // namespace
+
+class tst_objects : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        // Classes and delegates live as long as the process.
+        (void)Toolkit::squareClass()->super();
+        auto *right = new LinkClass("Right");
+        m_left->other = right;
+        right->other = m_left;
+        new LinkTree(u"Left"_s);
+        GlobalClass *global = Inspector::self()->globalClass();
+        const Class *intClass = Inspector::self()->type(IntClassId);
+        static int value = 5;
+        global->addProperty(std::make_unique<GlobalProperty>(
+                +[](void *raw) { return value = *static_cast<const int *>(raw), true; },
+                +[](const Class *) { return wrap(value); }, Argument(intClass), u"limit"_s,
+                ReadableProperty | WritableProperty | StaticProperty));
+        global->addMethod(std::make_unique<GlobalMethod>(
+                +[](const ObjectList &list, const Class *) { return wrap(list[0]->toInteger() + 1); },
+                Argument(intClass), u"next"_s, Signature { Argument(intClass) }));
+        global->addEvent(std::make_unique<Event>(global, u"event"_s, Signature(), false, 0));
+    }
+
+    void init()
+    {
+        m_log = std::make_unique<LogCapture>();
+        m_channel = new RecordingChannel;
+        m_hook = new Hook(new IPC(m_channel, ClientData(), nullptr, nullptr), Hook::NoRunner, nullptr,
+                          new AUTProcess, nullptr, 0);
+        (void)Inspector::self()->lastError();
+    }
+
+    void cleanup()
+    {
+        delete m_hook;
+        m_tree->top = nullptr;
+        m_log.reset();
+    }
+
+    void countsHandles()
+    {
+        const int id = object("createPrimitive", u"char*"_s, u"kept"_s);
+        QCOMPARE(object("objectReference", id), id);
+        QCOMPARE(object("objectReference", id), id);
+        for (int left = 3; left > 0; --left) {
+            QCOMPARE(text(id), u"kept"_s);
+            call("remoteObjectDestroyed", id);
+        }
+        QVERIFY(lines().isEmpty());
+        for (const int gone : { id, 0, -1, 1000000 }) {
+            call("remoteObjectDestroyed", gone);
+            QVERIFY(lines().isEmpty());
+            QVERIFY(isNothing(call("objectToString", gone)));
+            QCOMPARE(lines().size(), 1);
+        }
+        QVERIFY(object("createPrimitive", u"char*"_s, u"next"_s) > id);
+        m_hook->clearObjectDict();
+        QVERIFY(!m_hook->objectById(id + 1));
+    }
+
+    void refusesExtremes_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("line");
+        for (const auto &[calls, line] : Refusals) {
+            const QStringList parts = QString::fromLatin1(calls).split(u'|');
+            for (const QString &name : parts[0].split(u' ')) {
+                const QString start = *line == 'H' ? QString() : u"Hook::%1: "_s.arg(name);
+                QTest::addRow("%s/%s", qPrintable(name), qPrintable(parts[1]))
+                        << parts[1].split(u',') << start + QString::fromLatin1(line);
+            }
+        }
+    }
+
+    void refusesExtremes()
+    {
+        QFETCH(const QStringList, arguments);
+        QFETCH(const QString, line);
+        const QByteArray name = QByteArray(QTest::currentDataTag()).split('/')[0];
+        const SharedPtr<Object> square = Toolkit::newShape(3);
+        (void)square->castTo(Toolkit::squareClass());
+        const int squareId = handle(square);
+        for (const int number : Extremes) {
+            ArgumentList given;
+            for (const QString &argument : arguments) {
+                given << (argument == u'N'           ? QString::number(number)
+                                  : argument == u'S' ? QString::number(squareId)
+                                  : argument == u'C' ? QString::number(square->objectClass()->id())
+                                                     : argument);
+            }
+            QVERIFY2(isNothing(callWith(name, given)), QByteArray::number(number).constData());
+            QString expected = line;
+            expected.replace(u"%1"_s, QString::number(number))
+                    .replace(u"%2"_s, number < 0 ? u"class"_s : u"object"_s)
+                    .replace(u"%3"_s, QString::number(std::abs(qint64(number))));
+            QCOMPARE(lines(), QStringList { expected });
+        }
+    }
+
+    void refusesNull()
+    {
+        const int null = object("createNull", u"Shape"_s);
+        const int number = object("createNull", u"int"_s);
+        QCOMPARE(call("objectIsNull", null), QVariant(true));
+        QVERIFY(isNothing(call("getProperty", null, 0)));
+        QVERIFY(isNothing(call("setProperty", null, 0, number)));
+        QCOMPARE(lines(),
+                 QString(u"Hook::getProperty: Cannot get property on NULL object with id %1\n"
+                         "Hook::setProperty: Cannot set property on NULL object with id %1"_s)
+                         .arg(null)
+                         .split(u'\n'));
+        QVERIFY(isNothing(call("invoke", null, 0)));
+        QCOMPARE(lastError(), u"Cannot invoke member function measure() on null object reference"_s);
+        QVERIFY(isNothing(call("objectDereference", null)));
+        QVERIFY(isNothing(call("fetchObjectComponents", QStringList(QString::number(null)))));
+        QCOMPARE(call("objectToDebugString", null), QVariant(u"0 : Shape"_s));
+
+        // Nor is null a value for what is no pointer.
+        const int shape = handle(Toolkit::newShape(3));
+        QVERIFY(isNothing(call("setProperty", shape, 0, number)));
+        QVERIFY(isNothing(call("setProperty", shape, 0, 1000000)));
+        QVERIFY(isNothing(call("construct", 0, Toolkit::shapeClass()->id(), number)));
+        QVERIFY(isNothing(call("invoke", shape, 1, number)));
+        QCOMPARE(lastError(), u"Found no matching overload"_s);
+        QVERIFY(isNothing(call("invoke", shape, 1)));
+        QCOMPARE(lastError(), u"Class::invoke Shape::1: 1 arguments expected, 0 given"_s);
+        QCOMPARE(text(object("getProperty", shape, 0)), u"3"_s);
+    }
+
+    void takesClassesForTargets()
+    {
+        const Class *global = Inspector::self()->globalClass();
+        const int limit = global->property(u"limit"_s)->id();
+        const int next = global->methods(u"next"_s).constFirst()->id();
+        const int value = object("createPrimitive", u"int"_s, 8);
+        QCOMPARE(text(object("getProperty", -global->id(), limit)), u"5"_s);
+        QCOMPARE(call("setProperty", -global->id(), limit, value), QVariant(true));
+        QCOMPARE(text(object("getProperty", -global->id(), limit)), u"8"_s);
+        QCOMPARE(text(object("invoke", -global->id(), next, value)), u"9"_s);
+        QVERIFY(isNothing(call("getProperty", -Toolkit::shapeClass()->id(), 0)));
+        QCOMPARE(lastError(), u"Cannot access non-static property width without object reference"_s);
+        QVERIFY(isNothing(call("invoke", -Toolkit::shapeClass()->id(), 0)));
+        QCOMPARE(lastError(), u"Cannot invoke non-static function measure() without a object reference"_s);
+    }
+
+    void createsPrimitives_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<int>("classId");
+        QTest::addColumn<QString>("shown");
+        const QString refusal = u"Hook::handleCall: F_CreatePrimitive: %1is not a primitive type"_s;
+        // clang-format off
+        QTest::newRow("int|")      << QVariant(-7)                             << int(IntClassId)    << u"-7"_s;
+        QTest::newRow("int|x")     << QVariant(u"x"_s)                         << int(IntClassId)    << u"0"_s;
+        QTest::newRow("long|")     << QVariant(u"12"_s)                        << int(LongClassId)   << u"12"_s;
+        QTest::newRow("bool|")     << QVariant(1)                              << int(BoolClassId)   << u"true"_s;
+        QTest::newRow("char|")     << QVariant(321)                            << int(IntClassId)    << u"65"_s;
+        QTest::newRow("char*|")    << QVariant(u"\u00fc\u4e2d"_s)              << int(StringClassId) << u"\u00fc\u4e2d"_s;
+        QTest::newRow("char*|0")   << QVariant()                               << int(StringClassId) << u""_s;
+        QTest::newRow("double|")   << QVariant(1234567.5)                      << int(DoubleClassId) << u"1.23457e+06"_s;
+        QTest::newRow("int64|")    << QVariant(Q_INT64_C(-5000000000))         << int(Int64ClassId)  << u"-5000000000"_s;
+        QTest::newRow("[char*|")   << QVariant(QStringList { u"a"_s, u"b"_s }) << int(StringClassId) << u"[a, b]"_s;
+        QTest::newRow("[char*|0")  << QVariant()                               << int(StringClassId) << u"[]"_s;
+        QTest::newRow("string|")   << QVariant(u"x"_s)                         << -1                 << refusal.arg(u"string"_s);
+        QTest::newRow("int |")     << QVariant(1)                              << -1                 << refusal.arg(u"int "_s);
+        // clang-format on
+    }
+
+    void createsPrimitives()
+    {
+        QFETCH(const QVariant, value);
+        QFETCH(const int, classId);
+        QFETCH(const QString, shown);
+        const QString name = QString::fromLatin1(QTest::currentDataTag()).section(u'|', 0, 0);
+        const QStringList reply = call("createPrimitive", name, value).toString().split(u',');
+        QCOMPARE(reply.size() == 2 ? reply[1].toInt() : -1, classId);
+        QCOMPARE(classId == -1 ? lines().join(u'\n') : text(reply[0].toInt()), shown);
+    }
+
+    void walksTheTree()
+    {
+        QVERIFY(isNothing(call("objectByIndex", 0, 0)));
+        QVERIFY(isNothing(call("objectByName", 0, u"upper"_s)));
+        QCOMPARE(lines(),
+                 (QStringList { u"Hook::objectByIndex: index out of range!"_s,
+                                u"Hook::objectByName: invalid object name upper"_s }));
+        Link lower { "lower" };
+        Link upper { "upper", &lower };
+        m_tree->top = &upper;
+        QCOMPARE(call("numObjects", 0), QVariant(1));
+        const int top = object("objectByName", 0, u"upper"_s);
+        const int below = object("objectByIndex", top, 0);
+        QCOMPARE(call("objectName", below), QVariant(u"lower"_s));
+        QCOMPARE(call("qualifiedObjectName", top), QVariant(u"/upper"_s));
+        QCOMPARE(call("numObjects", below), QVariant(0));
+        QVERIFY(!call("objectByName", below, u"lower"_s).isValid());
+        const QStringList all = call("objects", top).toStringList();
+        QCOMPARE(all.size(), 1);
+        QCOMPARE(call("objectCompare", all[0].section(u',', 0, 0), below), QVariant(true));
+        QCOMPARE(call("objectCompare", object("parent", below), top), QVariant(true));
+        QVERIFY(!call("parent", top).isValid());
+        QVERIFY(lines().isEmpty());
+        const int number = object("createPrimitive", u"int"_s, 1);
+        QVERIFY(!call("parent", number).isValid());
+        const QString line = u"Hook::parent: object with id %1 and type inthas no HierarchyDelegate"_s;
+        QCOMPARE(lines(), QStringList { line.arg(number) });
+    }
+
+    void listsComponents()
+    {
+        Link lower;
+        Link upper { "up", &lower };
+        const auto list = [this](int id) { return QStringList(QString::number(id)); };
+        QCOMPARE(call("fetchObjectComponents", list(handle(&upper))),
+                 QVariant(QStringList { u"char#text=up"_s, u"Right#+next="_s, u"int#shared=7"_s }));
+        QCOMPARE(call("fetchObjectComponents", list(handle(&lower))).toStringList().at(1),
+                 u"Right#next=<null>"_s);
+        const int plain = handle(wrap(u"plain"_s));
+        QCOMPARE(call("fetchObjectComponents", list(plain)), QVariant(QStringList()));
+        QCOMPARE(call("objectHasComponents", list(plain)), QVariant(false));
+        QCOMPARE(call("objectHasComponents", list(handle(&lower))), QVariant(true));
+    }
+
+    void formatsValues()
+    {
+        // Each link is a level, and each level escapes what is below it anew.
+        Link links[5];
+        for (int i = 0; i < 4; ++i)
+            links[i].next = &links[i + 1];
+        links[0].text = "a\\\"\n\t\x01\xc3\xbc\xe4\xb8\xad";
+        links[2].text = "\"";
+        Link alone;
+        Link above { {}, &links[0] };
+        const int ids[] = { handle(&links[0]), object("createNull", u"Left"_s), 999999, handle(&alone) };
+        const int pairs[] = { ids[0], 1, ids[1], 0, ids[2], 0, ids[0], 9, ids[0], 0, ids[3], 1, 5 };
+        QStringList request;
+        for (const int number : pairs)
+            request << QString::number(number);
+        const QStringList values {
+            uR"({ text = , next = { text = \\\", next = { text = , next = ... } } })"_s,
+            QString::fromUtf8(links[0].text), u"-"_s
+        };
+        QCOMPARE(call("fetchPropertyValuesAsString", request), QVariant(values));
+        const QString start = u"Hook::handleCall: F_FetchPropertyValuesAsString: "_s;
+        QCOMPARE(lines(),
+                 (QStringList { start + u"Null object"_s, start + u"Invalid object"_s,
+                                start + u"Invalid property"_s }));
+        links[0].next = nullptr;
+        const QStringList next { QString::number(handle(&above)), u"1"_s };
+        QCOMPARE(call("fetchPropertyValuesAsString", next),
+                 QVariant(QStringList(uR"({ text = a\\\"\n\t\x01\xfc\u4e2d, next =  })"_s)));
+    }
+
+    void announcesClasses()
+    {
+        new LateClass("before", nullptr);
+        QVERIFY(m_channel->announced.isEmpty());
+        const auto all = Runner::ClassRecords::parse(call("allClasses").toByteArray());
+        QCOMPARE(all.value().classes().size(), Inspector::self()->numClasses());
+        {
+            const ClassRegistrar registrar;
+            new LateClass("inner", nullptr);
+            new LateClass("other", nullptr);
+            QVERIFY(m_channel->announced.isEmpty());
+        }
+        new LateClass("outer", "needed");
+        {
+            const ClassRegistrar nothingNew;
+        }
+        m_hook->registerClasses(Inspector::self()->numClasses());
+        QCOMPARE(m_channel->announced,
+                 (QStringList { u"send 0>-1 registerClasses inner other"_s,
+                                u"send 0>-1 registerClasses outer needed"_s }));
+    }
+
+    void keepsWhatIsReferredTo_data()
+    {
+        QTest::addColumn<QString>("primitive");
+        QTest::addColumn<ArgumentList>("arguments");
+        QTest::newRow("objectReference|int") << u"int"_s << ArgumentList();
+        QTest::newRow("objectDereference|char*") << u"char*"_s << ArgumentList();
+        QTest::newRow("construct|int64") << u"int64"_s << ArgumentList { 2, int(Int64ClassId) };
+        QTest::newRow("construct|char*") << u"char*"_s << ArgumentList { 2, int(StringClassId) };
+    }
+
+    void keepsWhatIsReferredTo()
+    {
+        QFETCH(const QString, primitive);
+        QFETCH(ArgumentList, arguments);
+        const int original = object("createPrimitive", primitive, u"7"_s);
+        arguments << original;
+        const QVariant made = callWith(QByteArray(QTest::currentDataTag()).split('|')[0], arguments);
+        const int other = made.toString().section(u',', 0, 0).toInt();
+        QVERIFY(other > original);
+        // A text is changed by another in its place.
+        call("objectFromString", original, u"8"_s);
+        call("remoteObjectDestroyed", original);
+        QCOMPARE(text(other), primitive == u"char*"_s ? u"7"_s : u"8"_s);
+        call("objectFromString", other, u"9"_s);
+        (void)text(other);
+    }
+
+    // Whatever is done to an array of strings, nobody writes where its pointers are.
+    void keepsArraysOfStrings()
+    {
+        const int array = object("createPrimitive", u"[char*"_s, QStringList { u"x"_s, u"y"_s, u"z"_s });
+        for (const int classId : { int(DoubleClassId), int(Int64ClassId), int(StringClassId) }) {
+            QCOMPARE(call("objectCastTo", array, classId), QVariant(classId));
+            for (const int other :
+                 { array, object("objectDereference", array), object("construct", 1, classId, array),
+                   object("construct", 2, classId, array) })
+            {
+                call("objectFromInt64", other, Q_INT64_C(-1));
+                call("objectFromString", other, u"0"_s);
+                (void)call("objectCompare", array, other);
+            }
+            QCOMPARE(text(array), u"[x, y, z]"_s);
+        }
+    }
+
+    void endsInCircles()
+    {
+        Link links[4] = { { "a" }, { "b" }, { "a" }, { "b" } };
+        for (int i = 0; i < 4; ++i)
+            links[i].next = &links[i ^ 1];
+        const int one = handle(&links[0]);
+        const int other = handle(&links[2]);
+        QCOMPARE(call("objectToDebugString", one),
+                 QVariant(u"{ text = a : char[], next = { text = b : char[], next =  : Left, shared = 7 : "
+                          u"int } "
+                          ": Right, shared = 7 : int } : Left"_s));
+        QCOMPARE(call("objectCompare", one, other), QVariant(true));
+        links[3].text = "c";
+        QCOMPARE(call("objectCompare", one, other), QVariant(false));
+        // As bad as a circle is a chain that is too long.
+        std::vector<Link> chain(100000);
+        for (std::size_t i = 1; i < chain.size(); ++i)
+            chain[i - 1].next = &chain[i];
+        QVERIFY(!isNothing(call("objectToDebugString", handle(&chain[0]))));
+        (void)call("objectCompare", handle(&chain[0]), handle(&chain[2]));
+    }
+
+    void refusesContainersInThemselves()
+    {
+        const int outer = object("construct", 0, ArrayClass::registeredClass()->id());
+        const int map = object("construct", 0, MapClass::registeredClass()->id());
+        const int inner = object("construct", 0, ArrayClass::registeredClass()->id());
+        const int key = handle(wrap(u"key"_s));
+        call("invoke", outer, 1, map);
+        call("invoke", outer, 1, key);
+        call("invoke", map, 1, key, inner);
+        QCOMPARE(lastError(), QString());
+        for (const int each : { outer, map, inner, object("objectDereference", outer) }) {
+            call("invoke", inner, 1, each);
+            QCOMPARE(lastError(), u"A container cannot hold itself"_s);
+        }
+        call("invoke", map, 1, key, outer);
+        QCOMPARE(lastError(), u"A container cannot hold itself"_s);
+        QCOMPARE(text(object("getProperty", inner, 0)), u"0"_s);
+    }
+
+    void survivesFewerProperties()
+    {
+        const auto *plain = new Class("Plain", true);
+        call("addPropertyDelegate", u"Plain"_s, QStringList { u"a"_s, u"b"_s, u"c"_s });
+        QCOMPARE(plain->numProperties(), 3);
+        call("addPropertyDelegate", u"Plain"_s, QStringList { u"a"_s });
+        QCOMPARE(plain->property(2)->name(), u"c"_s);
+    }
+
+    void survivesItsEnd_data()
+    {
+        QTest::addColumn<bool>("asTexts");
+        for (const char *name : { "getProperty", "objectCompare", "objectToDebugString",
+                                  "fetchObjectComponents", "fetchPropertyValuesAsString" })
+            QTest::newRow(name) << QByteArray(name).startsWith("fetch");
+    }
+
+    // A property is read by the application's code, which may run an event loop in which the connection ends.
+    void survivesItsEnd()
+    {
+        QFETCH(const bool, asTexts);
+        Link link { "text" };
+        Link other { "text" };
+        const int id = handle(&link);
+        m_left->onRead = [this] { delete std::exchange(m_hook, nullptr); };
+        const QString name = QString::number(id);
+        ArgumentList arguments { asTexts ? QVariant(QStringList { name, u"0"_s, name, u"1"_s }) : id };
+        if (const QByteArray tag = QTest::currentDataTag(); !asTexts && tag != "objectToDebugString")
+            arguments << (tag == "getProperty" ? 0 : handle(&other));
+        (void)callWith(QTest::currentDataTag(), arguments);
+        QVERIFY(!Hook::hook && !m_left->onRead);
+    }
+
+private:
+    QVariant callWith(const QByteArray &name, const ArgumentList &arguments)
+    {
+        const QString function = QString::fromLatin1(name);
+        if (remoteFunction(function)->kind != FunctionKind::Send)
+            return m_hook->handleCall(1, function, arguments);
+        m_hook->handleSend(1, function, arguments);
+        return QVariant();
+    }
+    template <typename... Values>
+    QVariant call(const char *name, const Values &...values)
+    {
+        return callWith(name, ArgumentList { QVariant(values)... });
+    }
+    /// The id of the object that a call gives; 0 for none.
+    template <typename... Values>
+    int object(const char *name, const Values &...values)
+    {
+        return call(name, values...).toString().section(u',', 0, 0).toInt();
+    }
+    int handle(const SharedPtr<Object> &given)
+    {
+        return m_hook->objectToVariant(given).toString().section(u',', 0, 0).toInt();
+    }
+    int handle(Link *link) { return handle(m_left->wrap(link, HeldByPointer)); }
+    QString text(int id) { return call("objectToString", id).toString(); }
+    QString lastError() { return call("getLastError").toString(); }
+    QStringList lines() { return m_log->takeLines(); }
+
+    LinkClass *m_left = new LinkClass("Left");
+    LinkTree *m_tree = new LinkTree(u"Vorkel::ToplevelQt"_s);
+    std::unique_ptr<LogCapture> m_log;
+    RecordingChannel *m_channel = nullptr;
+    Hook *m_hook = nullptr;
+};
+
+QTEST_GUILESS_MAIN(tst_objects)
+#include "tst_objects.moc"
