@@ -1,0 +1,183 @@
+#include "remoteobjects.h"
+#include "support/childprocess.h"
+
+#include <QDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace Vorkel::Runner;
+
+// A program that brings a wrapper for its own toolkit.
+
+namespace {
+
+const QString program = u"vorkel-forms-example"_s;
+
+QString built(const QString &name)
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../bin/"_s + name);
+}
+
+/// The program while it runs.
+class RunningForms
+{
+public:
+    [[nodiscard]] bool start()
+    {
+        return !m_session.start({ built(program) }).isFailure() && !m_objects.readClasses().isFailure();
+    }
+
+    /// The reply to a call; an invalid value when it failed.
+    [[nodiscard]] QVariant call(const QString &function, const Vorkel::ArgumentList &arguments)
+    {
+        Vorkel::ArgumentList values;
+        return m_session.call(function, arguments, &values).isFailure() ? QVariant() : values.value(0);
+    }
+
+    /// No handle when there is no such object.
+    [[nodiscard]] ObjectHandle find(const QString &path)
+    {
+        ObjectHandle found;
+        return m_objects.find(path, &found).isFailure() ? ObjectHandle() : found;
+    }
+
+    /// Why the object does not take the call; empty when it does.
+    [[nodiscard]] QString refusal(const ObjectHandle &object, const QString &method,
+                                  const QVariantList &arguments = {})
+    {
+        QString result;
+        return m_objects.invoke(object, method, arguments, &result).text;
+    }
+
+    [[nodiscard]] RemoteObjects &objects() { return m_objects; }
+
+private:
+    Session m_session { {} };
+    RemoteObjects m_objects { &m_session };
+};
+
+} // namespace
+
+class tst_forms : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void obeysTheCommand_data();
+    void obeysTheCommand();
+    void showsItsOwnClassesOnly();
+    void convertsElements();
+    void survivesItsElements();
+    void refusesWithReason();
+    void survivesWrongCasts();
+};
+
+void tst_forms::initTestCase()
+{
+    if (qEnvironmentVariableIsSet("VORKEL_TEST_EMULATOR"))
+        QSKIP("The runner starts programs itself, which this machine cannot run without an emulator");
+}
+
+void tst_forms::obeysTheCommand_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<QString>("err");
+    const auto row = [](const char *name, const QStringList &words, const QString &out,
+                        const QString &err = {}) { QTest::newRow(name) << words << out << err; };
+    // clang-format off
+    row("tree",              { u"tree"_s },
+        u"shopping : Element\n  item : Field\n  add : Button\n  list : Element\n    bread : Element\n    milk : Element\n"_s);
+    row("by hand",           { u"get"_s, u"shopping/list/milk"_s, u"text"_s },                  u"Milk\n"_s);
+    row("inherited",         { u"set"_s, u"shopping/item"_s, u"text"_s, u"Käse"_s },            u" -> Käse\n"_s);
+    row("of a subclass",     { u"set"_s, u"shopping/item"_s, u"maxLength"_s, u"3"_s },          u"20 -> 3\n"_s);
+    row("a record",          { u"get"_s, u"shopping/list/milk"_s, u"place"_s },                 u"{ line = 5 : int, column = 4 : int } : Place\n"_s);
+    row("by two methods",    { u"set"_s, u"shopping/add"_s, u"enabled"_s, u"false"_s },         u"true -> false\n"_s);
+    row("by rows",           { u"invoke"_s, u"shopping/add"_s, u"enabled"_s },                  u"true\n"_s);
+    row("with an argument",  { u"invoke"_s, u"shopping/add"_s, u"setEnabled(false)"_s },        u""_s);
+    row("of nothing",        { u"invoke"_s, u"shopping/list/milk"_s, u"remove"_s },             u""_s);
+    row("not writable",      { u"set"_s, u"shopping/item"_s, u"name"_s, u"x"_s },               u""_s, u"property 'name' of Field is read-only"_s);
+    row("not acceptable",    { u"set"_s, u"shopping/item"_s, u"text"_s, u"a bit more than fits"_s + u'!' }, u""_s, u"'a bit more than fits!' is too long for item"_s);
+    row("no such object",    { u"get"_s, u"shopping/list/mil"_s, u"text"_s },                   u""_s, u"no object 'mil' stands below 'list'; did you mean 'milk'?; there is bread, milk"_s);
+    // clang-format on
+}
+
+void tst_forms::obeysTheCommand()
+{
+    QFETCH(const QStringList, words);
+    QFETCH(const QString, err);
+    ChildProcess process;
+    process.launch(built(u"vorkel"_s), words + QStringList { u"--"_s, built(program) }, {});
+    QCOMPARE(process.finish(), err.isEmpty() ? 0 : 1);
+    QTEST(QString::fromUtf8(process.readAllStandardOutput()), "out");
+    QCOMPARE(QString::fromUtf8(process.readAllStandardError()),
+             err.isEmpty() ? QString() : u"vorkel: %1\n"_s.arg(err));
+}
+
+void tst_forms::showsItsOwnClassesOnly()
+{
+    RunningForms forms;
+    QVERIFY(forms.start());
+    QVERIFY(forms.objects().classes().byName(u"Button"_s));
+    QVERIFY(!forms.objects().classes().byName(u"QObject"_s));
+}
+
+void tst_forms::convertsElements()
+{
+    RunningForms forms;
+    QVERIFY(forms.start());
+    const ObjectHandle item = forms.find(u"shopping/item"_s);
+    (void)forms.call(u"objectFromString"_s, { item.id, u"Salt"_s });
+    QCOMPARE(forms.call(u"objectToString"_s, { item.id }), u"Salt"_s);
+}
+
+void tst_forms::survivesItsElements()
+{
+    RunningForms forms;
+    QVERIFY(forms.start());
+    const QString path = u"shopping/list/milk"_s;
+    const ObjectHandle milk = forms.find(path);
+    QCOMPARE(forms.find(path).id, milk.id);
+    QCOMPARE(forms.refusal(milk, u"remove"_s), QString());
+    QCOMPARE(forms.call(u"objectIsNull"_s, { milk.id }), true);
+    QString text;
+    QCOMPARE(forms.objects().getProperty(milk, u"text"_s, &text).text,
+             u"property 'text' of Element has no value"_s);
+    QCOMPARE(forms.find(path).id, 0);
+
+    // What comes in its place is another.
+    const ObjectHandle item = forms.find(u"shopping/item"_s);
+    const ObjectHandle add = forms.find(u"shopping/add"_s);
+    QCOMPARE(forms.objects().setProperty(item, u"text"_s, u"Milk"_s).text, QString());
+    QCOMPARE(forms.refusal(add, u"press"_s), QString());
+    QVERIFY(forms.find(path).id != 0);
+    QVERIFY(forms.find(path).id != milk.id);
+    QCOMPARE(forms.call(u"objectIsNull"_s, { milk.id }), true);
+}
+
+void tst_forms::refusesWithReason()
+{
+    RunningForms forms;
+    QVERIFY(forms.start());
+    const ObjectHandle add = forms.find(u"shopping/add"_s);
+    QCOMPARE(forms.refusal(add, u"setEnabled"_s, { false }), QString());
+    const QString refusal = forms.refusal(add, u"press"_s);
+    QVERIFY2(refusal.endsWith(u"void press(): add is not enabled"_s), qPrintable(refusal));
+}
+
+void tst_forms::survivesWrongCasts()
+{
+    RunningForms forms;
+    QVERIFY(forms.start());
+    const ObjectHandle bread = forms.find(u"shopping/list/bread"_s);
+    const ClassRecord *field = forms.objects().classes().byName(u"Field"_s);
+    QVERIFY(bread.id != 0 && field);
+    QCOMPARE(forms.call(u"objectCastTo"_s, { bread.id, field->id }), field->id);
+    const int maxLength = forms.objects().classes().property(field, u"maxLength"_s)->id;
+    QCOMPARE(forms.call(u"getProperty"_s, { bread.id, maxLength }), QVariant());
+    QCOMPARE(forms.call(u"objectToString"_s, { bread.id }), u"Bread"_s);
+}
+
+QTEST_GUILESS_MAIN(tst_forms)
+#include "tst_forms.moc"
