@@ -99,6 +99,7 @@ void tst_forms::obeysTheCommand_data()
     row("of nothing",        { u"invoke"_s, u"shopping/list/milk"_s, u"remove"_s },             u""_s);
     row("not writable",      { u"set"_s, u"shopping/item"_s, u"name"_s, u"x"_s },               u""_s, u"property 'name' of Field is read-only"_s);
     row("not acceptable",    { u"set"_s, u"shopping/item"_s, u"text"_s, u"a bit more than fits"_s + u'!' }, u""_s, u"'a bit more than fits!' is too long for item"_s);
+    row("negative",          { u"set"_s, u"shopping/item"_s, u"maxLength"_s, u"-4"_s },         u""_s, u"A field has no such length"_s);
     row("no such object",    { u"get"_s, u"shopping/list/mil"_s, u"text"_s },                   u""_s, u"no object 'mil' stands below 'list'; did you mean 'milk'?; there is bread, milk"_s);
     // clang-format on
 }
