@@ -1,7 +1,6 @@
-#include "remoteobjects.h"
+#include "runningprogram.h"
 #include "support/childprocess.h"
 
-#include <QDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -12,49 +11,6 @@ using namespace Vorkel::Runner;
 namespace {
 
 const QString program = u"vorkel-forms-example"_s;
-
-QString built(const QString &name)
-{
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../bin/"_s + name);
-}
-
-/// The program while it runs.
-class RunningForms
-{
-public:
-    [[nodiscard]] bool start()
-    {
-        return !m_session.start({ built(program) }).isFailure() && !m_objects.readClasses().isFailure();
-    }
-
-    /// The reply to a call; an invalid value when it failed.
-    [[nodiscard]] QVariant call(const QString &function, const Vorkel::ArgumentList &arguments)
-    {
-        Vorkel::ArgumentList values;
-        return m_session.call(function, arguments, &values).isFailure() ? QVariant() : values.value(0);
-    }
-
-    /// No handle when there is no such object.
-    [[nodiscard]] ObjectHandle find(const QString &path)
-    {
-        ObjectHandle found;
-        return m_objects.find(path, &found).isFailure() ? ObjectHandle() : found;
-    }
-
-    /// Why the object does not take the call; empty when it does.
-    [[nodiscard]] QString refusal(const ObjectHandle &object, const QString &method,
-                                  const QVariantList &arguments = {})
-    {
-        QString result;
-        return m_objects.invoke(object, method, arguments, &result).text;
-    }
-
-    [[nodiscard]] RemoteObjects &objects() { return m_objects; }
-
-private:
-    Session m_session { {} };
-    RemoteObjects m_objects { &m_session };
-};
 
 } // namespace
 
@@ -109,7 +65,7 @@ void tst_forms::obeysTheCommand()
     QFETCH(const QStringList, words);
     QFETCH(const QString, err);
     ChildProcess process;
-    process.launch(built(u"vorkel"_s), words + QStringList { u"--"_s, built(program) }, {});
+    process.launch(builtProgram(u"vorkel"_s), words + QStringList { u"--"_s, builtProgram(program) }, {});
     QCOMPARE(process.finish(), err.isEmpty() ? 0 : 1);
     QTEST(QString::fromUtf8(process.readAllStandardOutput()), "out");
     QCOMPARE(QString::fromUtf8(process.readAllStandardError()),
@@ -118,16 +74,16 @@ void tst_forms::obeysTheCommand()
 
 void tst_forms::showsItsOwnClassesOnly()
 {
-    RunningForms forms;
-    QVERIFY(forms.start());
+    RunningProgram forms;
+    QVERIFY(forms.start(program));
     QVERIFY(forms.objects().classes().byName(u"Button"_s));
     QVERIFY(!forms.objects().classes().byName(u"QObject"_s));
 }
 
 void tst_forms::convertsElements()
 {
-    RunningForms forms;
-    QVERIFY(forms.start());
+    RunningProgram forms;
+    QVERIFY(forms.start(program));
     const ObjectHandle item = forms.find(u"shopping/item"_s);
     (void)forms.call(u"objectFromString"_s, { item.id, u"Salt"_s });
     QCOMPARE(forms.call(u"objectToString"_s, { item.id }), u"Salt"_s);
@@ -135,8 +91,8 @@ void tst_forms::convertsElements()
 
 void tst_forms::survivesItsElements()
 {
-    RunningForms forms;
-    QVERIFY(forms.start());
+    RunningProgram forms;
+    QVERIFY(forms.start(program));
     const QString path = u"shopping/list/milk"_s;
     const ObjectHandle milk = forms.find(path);
     QCOMPARE(forms.find(path).id, milk.id);
@@ -159,8 +115,8 @@ void tst_forms::survivesItsElements()
 
 void tst_forms::refusesWithReason()
 {
-    RunningForms forms;
-    QVERIFY(forms.start());
+    RunningProgram forms;
+    QVERIFY(forms.start(program));
     const ObjectHandle add = forms.find(u"shopping/add"_s);
     QCOMPARE(forms.refusal(add, u"setEnabled"_s, { false }), QString());
     const QString refusal = forms.refusal(add, u"press"_s);
@@ -169,8 +125,8 @@ void tst_forms::refusesWithReason()
 
 void tst_forms::survivesWrongCasts()
 {
-    RunningForms forms;
-    QVERIFY(forms.start());
+    RunningProgram forms;
+    QVERIFY(forms.start(program));
     const ObjectHandle bread = forms.find(u"shopping/list/bread"_s);
     const ClassRecord *field = forms.objects().classes().byName(u"Field"_s);
     QVERIFY(bread.id != 0 && field);

@@ -43,6 +43,9 @@ public:
     QtObject(QObject *object, const Class *objectClass, QtObjects *registry);
     ~QtObject() override;
 
+    /// Not to a class that the QObject is not of: it would be taken for what it is not.
+    SharedPtr<Object> castTo(const Class *target) override;
+
 private:
     QtObjects *m_registry;
 };
