@@ -20,6 +20,7 @@ class tst_addressbook : public QObject
 private slots:
     void initTestCase();
     void addsContact();
+    void hasOneObjectForEachWidget();
     void survivesWrongCasts();
 
 private:
@@ -47,6 +48,16 @@ void tst_addressbook::addsContact()
     QCOMPARE(shown, QString());
     QCOMPARE(m_book->objects().getProperty(age, u"value"_s, &shown).text, QString());
     QCOMPARE(shown, u"0"_s);
+}
+
+/// What stands for a widget without hearing of its end would be used after that.
+void tst_addressbook::hasOneObjectForEachWidget()
+{
+    const ObjectHandle name = m_book->find(form + u"nameEdit"_s);
+    const QString text = u"%1,%2"_s.arg(name.id).arg(name.classId);
+    QCOMPARE(m_book->find(form + u"nameEdit"_s).id, name.id);
+    QCOMPARE(m_book->call(u"objectReference"_s, { name.id }), text);
+    QCOMPARE(m_book->call(u"objectDereference"_s, { name.id }), text);
 }
 
 void tst_addressbook::survivesWrongCasts()
