@@ -27,12 +27,11 @@ const Class *known(ClassId id)
     return Inspector::self()->type(id);
 }
 
-/// The element that an object stands for; null when it is no such element, because a runner has cast the
-/// object to another class.
+/// The element that an object stands for: all our objects point to an Element.
 template <typename Kind>
-Kind *as(void *object)
+Kind &as(void *object)
 {
-    return dynamic_cast<Kind *>(static_cast<Element *>(object));
+    return *static_cast<Kind *>(static_cast<Element *>(object));
 }
 
 bool fail(const QString &reason)
@@ -78,23 +77,25 @@ public:
 
     SharedPtr<Object> getProperty(int id, void *object, const Class *) const override
     {
-        const auto *element = as<Element>(object);
+        const auto &element = as<Element>(object);
         switch (id) {
         case NameId:
-            return Vorkel::wrap(element->name);
+            return Vorkel::wrap(element.name);
         case TextId:
-            return Vorkel::wrap(element->text);
+            return Vorkel::wrap(element.text);
         default:
-            return placeClass->wrapRecord(element->place);
+            return placeClass->wrapRecord(element.place);
         }
     }
 
-    bool setProperty(int, void *object, void *value) const override
+    bool setProperty(int id, void *object, void *value) const override
     {
-        auto *element = as<Element>(object);
+        auto &element = as<Element>(object);
+        if (id != TextId)
+            return fail(QStringLiteral("Only the text of %1 can be set").arg(element.name));
         const QString text = QString::fromUtf8(static_cast<const char *>(value));
-        return element->setText(text)
-                || fail(QStringLiteral("'%1' is too long for %2").arg(text, element->name));
+        return element.setText(text)
+                || fail(QStringLiteral("'%1' is too long for %2").arg(text, element.name));
     }
 
     [[nodiscard]] Method *createMethod(int index) const override
@@ -104,7 +105,7 @@ public:
 
     SharedPtr<Object> invoke(int, void *object, void **, const Class *) const override
     {
-        as<Element>(object)->remove();
+        as<Element>(object).remove();
         return Inspector::self()->voidObject();
     }
 
@@ -139,17 +140,15 @@ public:
 
     SharedPtr<Object> getProperty(int, void *object, const Class *) const override
     {
-        const auto *field = as<Field>(object);
-        return field ? Vorkel::wrap(field->maxLength) : nullptr;
+        return Vorkel::wrap(as<Field>(object).maxLength);
     }
 
     bool setProperty(int, void *object, void *value) const override
     {
-        auto *field = as<Field>(object);
         const auto *length = static_cast<const int *>(value);
-        if (!field || !length || *length < 0)
+        if (!length || *length < 0)
             return fail(QStringLiteral("A field has no such length"));
-        field->maxLength = *length;
+        as<Field>(object).maxLength = *length;
         return true;
     }
 };
@@ -201,21 +200,19 @@ public:
 
     SharedPtr<Object> invoke(int id, void *object, void **arguments, const Class *) const override
     {
-        auto *button = as<Button>(object);
-        if (!button)
-            return nullptr;
+        auto &button = as<Button>(object);
         switch (id - superClassOffset(MethodOffset)) {
         case PressId:
-            if (!button->enabled) {
-                fail(QStringLiteral("%1 is not enabled").arg(button->name));
+            if (!button.enabled) {
+                fail(QStringLiteral("%1 is not enabled").arg(button.name));
                 return nullptr;
             }
-            button->pressed();
+            button.pressed();
             break;
         case EnabledId:
-            return Inspector::self()->createPrimitive(button->enabled);
+            return Inspector::self()->createPrimitive(button.enabled);
         case SetEnabledId:
-            button->enabled = arguments[0] && *static_cast<const bool *>(arguments[0]);
+            button.enabled = arguments[0] && *static_cast<const bool *>(arguments[0]);
             break;
         }
         return Inspector::self()->voidObject();

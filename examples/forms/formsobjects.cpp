@@ -13,6 +13,25 @@ namespace FormsObjects {
 
 namespace {
 
+/// An element, held by pointer for good, and never as what it is not: a runner may ask for both.
+class ElementObject : public Object
+{
+public:
+    explicit ElementObject(Element *element)
+        : Object(element, FormsClasses::classOf(*element), ObjectAttribute(ObjectAttribute::Pointer, 0))
+    {
+    }
+
+    SharedPtr<Object> dereference() override { return self(); }
+
+    SharedPtr<Object> castTo(const Class *target) override
+    {
+        const auto *element = static_cast<const Element *>(data());
+        return element && FormsClasses::classOf(*element)->isSubClassOf(target) ? Object::castTo(target)
+                                                                                : self();
+    }
+};
+
 std::unordered_map<const Element *, SharedPtr<Object>> &known()
 {
     // Never destroyed: there may be elements to the very end.
@@ -34,9 +53,8 @@ SharedPtr<Object> wrap(Element *element)
         return nullptr;
     Forms::elementGoes = forget;
     SharedPtr<Object> &object = known()[element];
-    if (!object) {
-        object = FormsClasses::classOf(*element)->wrap(element, ObjectAttribute(ObjectAttribute::Pointer, 0));
-    }
+    if (!object)
+        object = SharedPtr<Object>(new ElementObject(element));
     return object;
 }
 
