@@ -1,6 +1,7 @@
 # The front door: each target installs what it needs, configures, builds and runs. docs/building.md says more.
 
-PROGRAM ?= build/release/bin/vorkel-example
+example = build/release/bin/vorkel-example
+PROGRAM ?= $(example)
 FUZZ_SECONDS ?= 60
 
 need = scripts/install-dependencies
@@ -22,6 +23,12 @@ demo: ## look into a running program from outside; PROGRAM=/path/to/one chooses 
 	@cmake --preset release -DVORKEL_TESTS=OFF
 	@cmake --build --preset demo
 	build/release/bin/vorkel info -- $(PROGRAM)
+ifeq ($(PROGRAM),$(example))
+	build/release/bin/vorkel tree --depth 3 -- $(PROGRAM)
+	build/release/bin/vorkel set MainWindow windowTitle 'My friends' -- $(PROGRAM)
+else
+	build/release/bin/vorkel tree --depth 2 -- $(PROGRAM)
+endif
 
 test: build ## build and run all tests
 	@ctest --preset release

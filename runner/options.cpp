@@ -121,6 +121,8 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
 {
     Options options;
     QCommandLineParser parser;
+    // A word may be a negative number.
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     const QCommandLineOption helpOption(QStringList { QStringLiteral("h"), QStringLiteral("help") },
                                         QStringLiteral("Show this help."));
     parser.addOption(helpOption);

@@ -3,6 +3,8 @@
 // The dynamic loader maps all libraries that a program is linked with before it runs the first
 // initialiser, so looking whether Qt is among them tells a Qt program from any other, here, before
 // main() runs.
+//
+// A program that is linked with the hook brings a wrapper of its own and is left alone as well.
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,7 +16,16 @@
 namespace {
 
 constexpr char QtCore[] = "libQt6Core.so.6";
+constexpr char HookName[] = "libvorkelhook.so";
 constexpr char WrapperName[] = "libvorkelqt.so";
+
+bool isLoaded(const char *library)
+{
+    void *handle = dlopen(library, RTLD_LAZY | RTLD_NOLOAD);
+    if (handle)
+        dlclose(handle);
+    return handle;
+}
 
 /// The path of the wrapper, which stands beside this library. False when it is too long.
 bool wrapperPath(char (&path)[PATH_MAX])
@@ -33,10 +44,8 @@ bool wrapperPath(char (&path)[PATH_MAX])
     const char *runner = std::getenv("VORKEL_RUNNERID");
     if (!runner || !*runner)
         return;
-    void *qt = dlopen(QtCore, RTLD_LAZY | RTLD_NOLOAD);
-    if (!qt)
+    if (!isLoaded(QtCore) || isLoaded(HookName))
         return;
-    dlclose(qt);
     char path[PATH_MAX];
     if (wrapperPath(path) && !dlopen(path, RTLD_NOW | RTLD_LOCAL))
         std::fprintf(stderr, "vorkel: this program cannot be tested: %s\n", dlerror());

@@ -1,0 +1,108 @@
+#include "formsdelegates.h"
+
+#include "formsobjects.h"
+
+#include "objectmodel/delegates.h"
+#include "objectmodel/inspector.h"
+
+#include <algorithm>
+
+using namespace Vorkel;
+using Forms::Element;
+using FormsObjects::unwrap;
+using FormsObjects::wrap;
+
+namespace {
+
+/// The tree of elements. Where an operation is given no object, it is about the top.
+class Hierarchy : public ObjectHierarchyDelegate
+{
+public:
+    Hierarchy()
+        : ObjectHierarchyDelegate(QStringLiteral("Element"))
+    {
+    }
+
+    [[nodiscard]] int numChildren(const SharedPtr<Object> &object) const override
+    {
+        return static_cast<int>(childrenOf(object).size());
+    }
+
+    [[nodiscard]] SharedPtr<Object> child(const SharedPtr<Object> &object, int index) const override
+    {
+        const Forms::Elements &children = childrenOf(object);
+        const auto at = static_cast<std::size_t>(index);
+        return at < children.size() ? wrap(children[at].get()) : nullptr;
+    }
+
+    [[nodiscard]] SharedPtr<Object> childByName(const SharedPtr<Object> &object,
+                                                const QString &name) const override
+    {
+        const Forms::Elements &children = childrenOf(object);
+        const auto found = std::ranges::find(children, name, [](const auto &child) { return child->name; });
+        return found != children.end() ? wrap(found->get()) : nullptr;
+    }
+
+    [[nodiscard]] SharedPtr<Object> parent(const SharedPtr<Object> &object) const override
+    {
+        return wrap(unwrap(object)->parent);
+    }
+
+    [[nodiscard]] QString name(const SharedPtr<Object> &object) const override
+    {
+        return unwrap(object)->name;
+    }
+
+    [[nodiscard]] QString qualifiedName(const SharedPtr<Object> &object) const override
+    {
+        const Element *element = unwrap(object);
+        QString name = element->name;
+        while ((element = element->parent))
+            name.prepend(element->name + u'.');
+        return name;
+    }
+
+    /// A number that no other toolkit's objects have.
+    [[nodiscard]] int wrapperType() const override { return 100; }
+
+private:
+    [[nodiscard]] static const Forms::Elements &childrenOf(const SharedPtr<Object> &object)
+    {
+        const Element *element = unwrap(object);
+        return element ? element->children : Forms::forms;
+    }
+};
+
+/// An element is worth its text.
+class Conversion : public ConversionDelegate
+{
+public:
+    Conversion()
+        : ConversionDelegate(QStringLiteral("Element"))
+    {
+    }
+
+    [[nodiscard]] int capabilities() const override { return CanString; }
+
+    [[nodiscard]] QString toString(const SharedPtr<Object> &object) const override
+    {
+        return unwrap(object)->text;
+    }
+
+    void fromString(const SharedPtr<Object> &object, const QString &value) const override
+    {
+        unwrap(object)->setText(value);
+    }
+};
+
+} // namespace
+
+void FormsDelegates::registerAll()
+{
+    // Delegates register themselves and live as long as the process.
+    new Conversion;
+    const auto *hierarchy = new Hierarchy;
+    // The first lookup makes the list that ours is added to.
+    (void)Inspector::self()->numObjects();
+    Inspector::self()->addTopLevelHierarchyDelegate(hierarchy);
+}
