@@ -268,6 +268,56 @@ void writeArgumentLists()
         writeSeed("fuzz_arguments", list.key(), argumentBytes(list.value()));
 }
 
+void writeNames()
+{
+    const auto nested = [](int depth) {
+        return QByteArray("{a=").repeated(depth) + "{}" + QByteArray("}").repeated(depth);
+    };
+    // clang-format off
+    const QMap<QByteArray, QByteArray> names {
+        { "properties",   "{type='QPushButton' text='OK' visible='1' occurrence='2'}" },
+        { "operators",    "{a='x' b~='^x+$' c?='x*[^]a\\]]?'}" },
+        { "blanks",       " { na\tme = 'x'b ?='y' } " },
+        { "escapes",      "{a='it\\'s' b='\\\\' \xe2\x82\xac='\xf0\x9f\x98\x80'}" },
+        { "odd_keys",     "{=='1' ~='2' '='3' {='4' >}='5'}" },
+        { "nested",       "{text='OK' window~={title='Main' window={name='unnamed'}} buddy={text='L'}}" },
+        { "deep",         nested(20) },
+        { "repeated_key", "{a={} a='1' a={b={}}}" },
+        { "lenient",      "{a={b=} c='1'}" },
+        { "no_value",     "{a=}" },
+        { "no_quote",     "{a={b={c='}}}" },
+        { "half_operator", "{a~'x'}" },
+        { "more_behind",  "{a='x'}}" },
+        { "hierarchical", "a\\.b.c" },
+    };
+    // clang-format on
+    for (auto name = names.cbegin(); name != names.cend(); ++name)
+        writeSeed("fuzz_objectname", name.key(), '\x06' + name.value());
+    const QString wide = QString::fromUtf8(names["escapes"]);
+    writeSeed("fuzz_objectname", "utf16",
+              '\x07' + QByteArray(reinterpret_cast<const char *>(wide.utf16()), wide.size() * 2));
+}
+
+void writeMaps()
+{
+    // clang-format off
+    const QMap<QByteArray, QByteArray> maps {
+        { "references",  ":W\t{title='Main' type='QWidget'}\n:W.OK_B\t{text='OK' type='B' window=':W'}\n" },
+        { "nested",      ":W\t{title='Main'}\n:B\t{text='OK' window={title='Main'} buddy={text='L'}}\n" },
+        { "old",         ":W\t{caption='M'}\n:new\t{window=':W'}\n:old\t{windowCaption='M'}\n" },
+        { "hierarchical", ":a\ta\\b\n:b\ta\\\\b\n:c\ta.b\\.c\n" },
+        { "escapes",     ":\\t\\n\\r\\\\\t{a='\\t\\x\\\\'}\n" },
+        { "equal",       ":a\t{a='1' b='2'}\n:b\t{b='2'  a='1'}\n:c\t{a='1' b='2'}\n" },
+        { "numbers",     ":x_\tx\n:x__2\ty\n:z\t{text={text='x'} buddy={text='x'}}\n" },
+        { "circle",      ":A\t{buddy=':B'}\n:B\t{buddy=':A'}\n:C\t{window=':A' a={buddy=':B'}}\n" },
+        { "format",      ":x_\t{text='\xe2\x80\x8ex'}\n:y\t{buddy={text='\xe2\x80\x8fx'}}\n" },
+        { "lines",       "\n#\n:a\n\t\n:a\t}\r\n:b\t{a\n:c\t{\n" },
+    };
+    // clang-format on
+    for (auto map = maps.cbegin(); map != maps.cend(); ++map)
+        writeSeed("fuzz_objectmap", map.key(), map.value());
+}
+
 } // namespace
 
 /// Writes the seeds of all targets below the folder that it is given.
@@ -285,5 +335,7 @@ int main(int argc, char *argv[])
     writeScripts(all);
     writeInflates(all);
     writeArgumentLists();
+    writeNames();
+    writeMaps();
     return 0;
 }
