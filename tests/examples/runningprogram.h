@@ -30,10 +30,10 @@ public:
     }
 
     /// No handle when there is no such object.
-    [[nodiscard]] ObjectHandle find(const QString &path)
+    [[nodiscard]] ObjectHandle find(const QString &name)
     {
         ObjectHandle found;
-        return m_objects.find(path, &found).isFailure() ? ObjectHandle() : found;
+        return m_objects.find(name, 0, &found).isFailure() ? ObjectHandle() : found;
     }
 
     /// Why the object does not take the call; empty when it does.

@@ -98,7 +98,9 @@ private:
     {
         static const QString keys[] = { u"name"_s,       u"type"_s,       u"window"_s,   u"buddy"_s,
                                         u"windowName"_s, u"windowType"_s, u"buddyText"_s };
-        static const QString values[] = { u"unnamed"_s, u":A"_s, u":B"_s, u"1"_s, u"\\\\"_s, u"\\'"_s };
+        static const QString values[] = {
+            u"unnamed"_s, u":A"_s, u":B"_s, u"1"_s, u"{}"_s, u"\\\\"_s, u"\\'"_s
+        };
         QString text(u'{');
         for (int count = m_random.bounded(4); count > 0; --count) {
             text += keys[m_random.bounded(int(std::size(keys)))];
@@ -263,6 +265,8 @@ void TestObjectMap::lastOfEqualTextsKeepsTheSymbol()
     QCOMPARE(map.printableName(u"{x='1'}"_s), u":c"_s);
     map.setSymbolicNames(map.symbolicNames());
     QCOMPARE(map.symbolicNames().size(), 3);
+    map.setSymbolicNames({ { u":d"_s, ObjectName(u"{x='2'}"_s) } });
+    QCOMPARE(map.printableName(u"{x='1'}"_s), u"{x='1'}"_s);
 }
 
 void TestObjectMap::resolvesSymbols()
@@ -382,8 +386,9 @@ void TestObjectMap::numbersSymbols()
     QCOMPARE(map.symbolicName(u"a.b"_s, true), u":a.b"_s);
     QVERIFY(map.isModified());
     map.clear();
-    QCOMPARE(symbol(5), u":OK_QPushButton"_s);
-    QCOMPARE(symbol(6), u":OK_QPushButton_2"_s);
+    map.loadFromString(u":Main_QWidget\t{text='Main' type='QWidget'}\n"_s);
+    QCOMPARE(symbol(5), u":Main.OK_QPushButton"_s);
+    QCOMPARE(symbol(6), u":Main.OK_QPushButton_2"_s);
 }
 
 void TestObjectMap::leavesFormatCharactersOut()
@@ -502,6 +507,7 @@ void TestObjectMap::copesWithHugeNames()
         const QString tooDeep = nested(20'000, u"{text='x'}"_s);
         QCOMPARE(map.fixedName(tooDeep, true), tooDeep);
         QCOMPARE(map.printableName(tooDeep), tooDeep);
+        QCOMPARE(map.printableName(tooDeep + u'}'), u"{}"_s);
         QCOMPARE(map.symbolicName(tooDeep, true), u":_"_s);
         QCOMPARE(map.symbolicName(tooDeep, false), u":_"_s);
     }));
