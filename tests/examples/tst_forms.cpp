@@ -19,7 +19,6 @@ class tst_forms : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void obeysTheCommand_data();
     void obeysTheCommand();
     void showsItsOwnClassesOnly();
@@ -28,10 +27,6 @@ private slots:
     void refusesWithReason();
     void survivesWrongCasts();
 };
-
-void tst_forms::initTestCase()
-{
-}
 
 void tst_forms::obeysTheCommand_data()
 {
