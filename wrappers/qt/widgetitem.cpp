@@ -14,9 +14,11 @@ namespace {
 
 /// What fits on a screen, even a large one.
 constexpr std::size_t MaxVisible = 1000;
-/// Looking through a larger model would take the program's time.
-constexpr int MaxRows = 100000;
+/// So many rows without a visible one are the hidden part of a tree.
+constexpr int MaxHidden = 1000;
 constexpr int MaxColumns = 1000;
+/// Looking through a larger model would take the program's time.
+constexpr int MaxItems = 100000;
 
 // Rows and cells of lists, tables and trees
 
@@ -98,7 +100,9 @@ WidgetItems ModelItems::visible() const
     const QRect shown = m_view->viewport()->rect();
     const int columns = std::min(model->columnCount(m_root), MaxColumns);
     const int rows = model->rowCount(m_root);
-    for (int row = firstVisibleRow(); row < rows && items.size() < MaxVisible; ++row) {
+    int hidden = 0;
+    for (int row = firstVisibleRow(); row < rows && items.size() < MaxVisible && hidden < MaxHidden; ++row) {
+        const std::size_t before = items.size();
         bool isBelow = false;
         for (int column = 0; column < columns; ++column) {
             const QModelIndex index = model->index(row, column, m_root);
@@ -107,6 +111,7 @@ WidgetItems ModelItems::visible() const
             if (place.isValid() && place.intersects(shown))
                 items.push_back(std::make_unique<ModelItem>(m_view, index));
         }
+        hidden = items.size() == before ? hidden + 1 : 0;
         if (isBelow)
             break;
     }
@@ -119,11 +124,13 @@ void ModelItems::walk(int row, int column,
     const QAbstractItemModel *model = m_view->model();
     if (!model)
         return;
-    const int rows = std::min(model->rowCount(m_root), row < 0 ? MaxRows : row + 1);
+    const int rows = model->rowCount(m_root);
     const int columns = std::min(model->columnCount(m_root), column < 0 ? MaxColumns : column + 1);
-    for (int atRow = std::max(row, 0); atRow < rows; ++atRow) {
+    const int endRow = row < 0 ? rows : std::min(rows, row + 1);
+    int left = MaxItems;
+    for (int atRow = std::max(row, 0); atRow < endRow; ++atRow) {
         for (int atColumn = std::max(column, 0); atColumn < columns; ++atColumn) {
-            if (!visit(std::make_unique<ModelItem>(m_view, model->index(atRow, atColumn, m_root))))
+            if (--left < 0 || !visit(std::make_unique<ModelItem>(m_view, model->index(atRow, atColumn, m_root))))
                 return;
         }
     }
@@ -183,7 +190,7 @@ public:
 
     void walk(int row, int, const std::function<bool(std::unique_ptr<WidgetItem>)> &visit) const override
     {
-        const int count = std::min(m_bar->count(), row < 0 ? MaxRows : row + 1);
+        const int count = std::min(m_bar->count(), row < 0 ? MaxItems : row + 1);
         for (int i = std::max(row, 0); i < count; ++i) {
             if (!visit(std::make_unique<BarItem<Bar, Facts>>(m_bar, i)))
                 return;

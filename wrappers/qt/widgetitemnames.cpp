@@ -13,6 +13,8 @@ namespace Vorkel {
 namespace {
 
 constexpr qsizetype MaxTextLength = 60;
+/// In a larger table a row says more than a text of which nobody knows whether it is the only one.
+constexpr int MaxToCompare = 2000;
 
 const QString TypeKey = QStringLiteral("type");
 const QString ContainerKey = QStringLiteral("container");
@@ -67,12 +69,13 @@ bool isTelling(const QString &text)
 /// Whether no other item around has the text, in the same column.
 bool isAloneWithText(const WidgetItem &item, const QString &text)
 {
-    int count = 0;
+    int same = 0;
+    int left = MaxToCompare;
     sourceAround(item)->walk(-1, item.column(), [&](std::unique_ptr<WidgetItem> other) {
-        count += other->column() == item.column() && other->text() == text;
-        return count < 2;
+        same += other->column() == item.column() && other->text() == text;
+        return same < 2 && --left > 0;
     });
-    return count < 2;
+    return same < 2 && left > 0;
 }
 
 void demand(PropertyMap *name, const QString &key, const QString &value,
