@@ -2,6 +2,7 @@
 
 #include "formsclasses.h"
 #include "formsdelegates.h"
+#include "formsobjects.h"
 
 #include "hook/autprocess.h"
 #include "hook/hook.h"
@@ -15,6 +16,10 @@ class FormsWrapper : public Wrapper
 {
 public:
     [[nodiscard]] QString name() const override { return QStringLiteral("Forms"); }
+    [[nodiscard]] bool ownsObject(const SharedPtr<Object> &object) const override
+    {
+        return FormsObjects::unwrap(object) != nullptr;
+    }
 };
 
 void completeHookUp()

@@ -20,6 +20,7 @@ public:
     std::function<void(const QByteArray &)> onDescriptor;
 
     QString name() const override { return u"tiny"_s; }
+    bool ownsObject(const Vorkel::SharedPtr<Vorkel::Object> &) const override { return false; }
     void parseDescriptorData(const QByteArray &data) override { onDescriptor(data); }
 };
 
