@@ -4,6 +4,7 @@
 #include "hook/hook_p.h"
 #include "hook/wrapper.h"
 
+#include <QSocketNotifier>
 #include <QTimer>
 
 namespace Vorkel {
@@ -78,6 +79,16 @@ int Hook::asyncCall(int destination, const QString &name, const ArgumentList &ar
 void Hook::cancelAsyncCall(int callId)
 {
     m_ipc->cancelAsyncCall(callId);
+}
+
+void Hook::watchConnection()
+{
+    if (!m_ipc->isOpen())
+        return;
+    for (QSocketNotifier *notifier : m_ipc->findChildren<QSocketNotifier *>()) {
+        notifier->setEnabled(false);
+        notifier->setEnabled(true);
+    }
 }
 
 } // namespace Vorkel

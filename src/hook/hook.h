@@ -82,6 +82,9 @@ public:
     int asyncCall(int destination, const QString &name, const ArgumentList &arguments,
                   ResponseListener<ArgumentList> *listener);
     void cancelAsyncCall(int callId);
+    /// Has the connection watched by the event dispatcher of a further application object, which knows
+    /// nothing of what the one before had to watch.
+    void watchConnection();
 
     // Dispatch (hook_dispatch.cpp)
 

@@ -5,6 +5,8 @@
 
 #include <QVariant>
 
+#include <concepts>
+
 class QDataStream;
 
 namespace Vorkel {
@@ -21,6 +23,8 @@ public:
         : FList<QVariant> { value }
     {
     }
+    /// `QList` would take the number for how many empty values there are to be.
+    explicit ArgumentList(std::integral auto) = delete;
 };
 
 /// No peer may make the reader hold more than this: the values, of any depth, in one list of

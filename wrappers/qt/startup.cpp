@@ -7,7 +7,6 @@
 #include "hook/hook.h"
 
 #include <QCoreApplication>
-#include <QSocketNotifier>
 
 #include <utility>
 
@@ -23,16 +22,6 @@ void completeHookUp()
         Hook::hook->completeHookUp();
 }
 
-/// A further application object has an event dispatcher of its own, which knows nothing of the
-/// sockets that the one before had to watch.
-void watchAgain()
-{
-    for (QSocketNotifier *notifier : Hook::hook->findChildren<QSocketNotifier *>()) {
-        notifier->setEnabled(false);
-        notifier->setEnabled(true);
-    }
-}
-
 /// Qt calls this as soon as the application object exists, in every such object's constructor.
 void startHook()
 {
@@ -45,7 +34,7 @@ void startHook()
         wrapper = new QtWrapper;
         Hook::connectAndCreateHook(wrapper, new AUTProcess, nullptr, 0);
     } else if (Hook::hook) {
-        watchAgain();
+        Hook::hook->watchConnection();
     }
     // The first thing that the event loop does. Such an order goes with its application object, so
     // each gets one.
