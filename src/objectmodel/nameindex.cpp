@@ -24,22 +24,23 @@ void NameIndex::insert(const ObjectName &name, const QString &symbol)
 {
     // The name in the index has its properties made when it is found; all of them would take much memory.
     const QString text = name.qualifiedName();
-    m_entries.insert_or_assign({ hashOf(ObjectName(text)), text }, Entry { ObjectName(text), symbol });
+    m_entries[hashOf(ObjectName(text))].insert_or_assign(text, Entry { ObjectName(text), symbol });
 }
 
 const NameIndex::Entry *NameIndex::first(const ObjectName &name) const
 {
-    const std::size_t hash = hashOf(name);
     // A name made of properties is spared to make its text.
     const bool isByProperties = name.isMultiProperty();
     const auto equals = [&](const ObjectName &other) {
         return isByProperties ? other.isMultiProperty() && other.properties() == name.properties()
                               : other.qualifiedName() == name.qualifiedName();
     };
-    auto it = m_entries.lower_bound({ hash, QString() });
-    for (; it != m_entries.cend() && it->first.first == hash; ++it) {
-        if (equals(it->second.name))
-            return &it->second;
+    const auto alike = m_entries.find(hashOf(name));
+    if (alike == m_entries.cend())
+        return nullptr;
+    for (const auto &[text, entry] : alike->second) {
+        if (equals(entry.name))
+            return &entry;
     }
     return nullptr;
 }

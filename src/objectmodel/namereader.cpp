@@ -19,18 +19,6 @@ constexpr QLatin1String MoreToReadText("Error parsing object name %1 (trimmed: %
 
 } // namespace
 
-QString quotedValue(const QString &text)
-{
-    QString result(u'\'');
-    result.reserve(text.size() + 2);
-    for (const QChar c : text) {
-        if (c == u'\\' || c == u'\'')
-            result += u'\\';
-        result += c;
-    }
-    return result + u'\'';
-}
-
 NameReader::NameReader(QStringView text, Leniency leniency)
     : m_text(text)
     , m_leniency(leniency)

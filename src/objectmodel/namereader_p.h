@@ -7,9 +7,6 @@
 
 namespace Vorkel {
 
-/// `text` as a value in a name, with quotes around it and escapes in it.
-[[nodiscard]] QString quotedValue(const QString &text);
-
 /// Reads the properties of a multi-property name one after the other, those of names nested in it where
 /// they stand. Takes time in proportion to the text, however deep it nests, and no stack.
 class NameReader

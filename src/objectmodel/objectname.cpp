@@ -2,9 +2,46 @@
 
 #include "objectmodel/namereader_p.h"
 
+#include <algorithm>
 #include <map>
 
 namespace Vorkel {
+
+namespace {
+
+bool isEscaped(QChar c)
+{
+    return c == u'\\' || c == u'\'';
+}
+
+qsizetype writtenLength(const PropertyValue &value)
+{
+    const QString &text = value.value();
+    if (value.type() == PropertyValue::NestedName)
+        return text.size();
+    return text.size() + std::count_if(text.cbegin(), text.cend(), isEscaped) + 2;
+}
+
+void appendValue(QString *name, const PropertyValue &value)
+{
+    if (value.type() == PropertyValue::NestedName) {
+        *name += value.value();
+        return;
+    }
+    *name += u'\'';
+    auto piece = value.value().cbegin();
+    const auto end = value.value().cend();
+    for (auto it = std::find_if(piece, end, isEscaped); it != end; it = std::find_if(it + 1, end, isEscaped))
+    {
+        name->append(piece, it - piece);
+        *name += u'\\';
+        piece = it;
+    }
+    name->append(piece, end - piece);
+    *name += u'\'';
+}
+
+} // namespace
 
 bool isMultiPropertyName(const QString &name)
 {
@@ -51,15 +88,22 @@ PropertyMap parseNameByProperties(const QString &name, QString *error)
 
 QString qualifiedNameFromProperties(const PropertyMap &properties)
 {
-    QString text(u'{');
+    // A name is often written only to be looked for, so this takes no more than one block of memory.
+    qsizetype length = 1 + qMax(properties.size(), qsizetype(1));
+    for (auto it = properties.cbegin(); it != properties.cend(); ++it)
+        length += it.key().size() + PropertyValue::operatorText(it->modifier()).size() + writtenLength(*it);
+    QString text;
+    text.reserve(length);
+    text += u'{';
     for (auto it = properties.cbegin(); it != properties.cend(); ++it) {
-        if (text.size() > 1)
+        if (it != properties.cbegin())
             text += u' ';
         text += it.key();
         text += PropertyValue::operatorText(it->modifier());
-        text += it->type() == PropertyValue::NestedName ? it->value() : quotedValue(it->value());
+        appendValue(&text, *it);
     }
-    return text + u'}';
+    text += u'}';
+    return text;
 }
 
 bool qualifiedNamesEqual(const QString &left, const QString &right)

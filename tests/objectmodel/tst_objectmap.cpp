@@ -455,7 +455,7 @@ void TestObjectMap::findsOldNames()
 
 void TestObjectMap::findsWhatAWalkFinds()
 {
-    for (quint32 seed = 0; seed < 40; ++seed) {
+    for (quint32 seed = 0; seed < 100; ++seed) {
         RandomNames names(seed);
         QMap<QString, ObjectName> symbols;
         symbols.insert(u":A"_s, ObjectName(u"{name='1' type='\\\\'}"_s));
@@ -502,7 +502,6 @@ void TestObjectMap::copesWithHugeNames()
         map.clear();
         // Quoted, it would fill the memory.
         QCOMPARE(map.fixedName(deep, false), deep);
-        QCOMPARE(map.symbolicName(deep, false), deep);
 
         const QString tooDeep = nested(20'000, u"{text='x'}"_s);
         QCOMPARE(map.fixedName(tooDeep, true), tooDeep);
