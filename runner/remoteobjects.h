@@ -45,7 +45,10 @@ private:
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
     Failure lastError(const QString &otherwise);
-    Failure createValue(const QVariant &value, ObjectHandle *created);
+    Failure createContainer(const QVariant &value, ObjectHandle *created);
+    Failure createValue(const QVariant &value, const QString &className, ObjectHandle *created);
+    Failure valueOf(const ObjectHandle &object, QVariant *value);
+    Failure contentsOf(const ObjectHandle &container, const ClassRecord &record, QVariant *value);
     Failure textOf(const ObjectHandle &object, QString *text);
     Failure findProperty(const ObjectHandle &object, const QString &name, const PropertyRecord **found,
                          QString *className);
