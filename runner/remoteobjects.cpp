@@ -12,9 +12,6 @@ namespace Vorkel::Runner {
 
 namespace {
 
-constexpr int StringClass = 4;
-constexpr int VoidClass = 7;
-
 Failure refused(const QString &text)
 {
     return { ExitCode::CallFailed, text };
@@ -29,25 +26,6 @@ ObjectHandle handleFrom(const QString &text)
     if (numbers.size() != 2)
         return {};
     return { numbers.at(0).toInt(), numbers.at(1).toInt() };
-}
-
-/// The primitive that stands for a value, by the name that `createPrimitive` knows.
-QString primitiveFor(const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Int:
-        return QStringLiteral("int");
-    case QMetaType::LongLong:
-        return QStringLiteral("int64");
-    case QMetaType::Bool:
-        return QStringLiteral("bool");
-    case QMetaType::Double:
-        return QStringLiteral("double");
-    case QMetaType::QStringList:
-        return QStringLiteral("[char*");
-    default:
-        return QStringLiteral("char*");
-    }
 }
 
 } // namespace
@@ -174,20 +152,6 @@ Failure RemoteObjects::findProperty(const ObjectHandle &object, const QString &n
                            .arg(record->name, name, suggestion(name, m_classes.propertyNames(record))));
 }
 
-Failure RemoteObjects::textOf(const ObjectHandle &object, QString *text)
-{
-    text->clear();
-    if (object.classId == VoidClass)
-        return {};
-    QVariant reply;
-    Failure failure = call(QStringLiteral("objectToString"), { object.id }, &reply);
-    // What has no text of its own is described.
-    if (!failure.isFailure() && reply.toString().isEmpty() && object.classId != StringClass)
-        failure = call(QStringLiteral("objectToDebugString"), { object.id }, &reply);
-    *text = reply.toString();
-    return failure;
-}
-
 /// The failure has `otherwise` as its text where the program gives no reason.
 Failure RemoteObjects::propertyText(const ObjectHandle &object, const PropertyRecord &record,
                                     const QString &otherwise, QString *value)
@@ -231,13 +195,6 @@ Failure RemoteObjects::properties(const ObjectHandle &object, QList<std::pair<QS
     return {};
 }
 
-Failure RemoteObjects::createValue(const QVariant &value, ObjectHandle *created)
-{
-    const QString primitive = primitiveFor(value);
-    return callObject(QStringLiteral("createPrimitive"), { primitive, value },
-                      QStringLiteral("the program makes no %1").arg(primitive), created);
-}
-
 Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &property, const QVariant &value)
 {
     const PropertyRecord *record = nullptr;
@@ -247,7 +204,7 @@ Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &pr
     if (!record->isWritable())
         return refused(QStringLiteral("property '%1' of %2 is read-only").arg(property, className));
     ObjectHandle created;
-    if (const Failure failure = createValue(value, &created); failure.isFailure())
+    if (const Failure failure = createValue(value, record->type.className, &created); failure.isFailure())
         return failure;
     QVariant reply;
     const Failure failure =
@@ -268,20 +225,21 @@ Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
         return refused(QStringLiteral("%1 has no method '%2'%3")
                                .arg(record->name, method, suggestion(method, m_classes.methodNames(record))));
     }
-    ArgumentList values { object.id, 0 };
-    for (const QVariant &argument : arguments) {
-        ObjectHandle created;
-        if (const Failure failure = createValue(argument, &created); failure.isFailure())
-            return failure;
-        values.append(created.id);
-    }
     QStringList reasons;
     for (const MethodRecord *overload : overloads) {
         if (overload->arguments.size() != arguments.size()) {
             reasons.append(toText(*overload));
             continue;
         }
-        values[1] = overload->id;
+        ArgumentList values { object.id, overload->id };
+        for (qsizetype i = 0; i < arguments.size(); ++i) {
+            ObjectHandle created;
+            const QString &className = overload->arguments.at(i).className;
+            if (const Failure failure = createValue(arguments.at(i), className, &created);
+                failure.isFailure())
+                return failure;
+            values.append(created.id);
+        }
         ObjectHandle returned;
         const Failure failure = callObject(QStringLiteral("invoke"), values, QString(), &returned);
         if (!failure.isFailure())

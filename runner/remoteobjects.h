@@ -51,7 +51,10 @@ private:
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
     Failure lastError(const QString &otherwise);
-    Failure createValue(const QVariant &value, ObjectHandle *created);
+    Failure createContainer(const QVariant &value, ObjectHandle *created);
+    Failure createValue(const QVariant &value, const QString &className, ObjectHandle *created);
+    Failure valueOf(const ObjectHandle &object, QVariant *value);
+    Failure contentsOf(const ObjectHandle &container, const ClassRecord &record, QVariant *value);
     Failure textOf(const ObjectHandle &object, QString *text);
     Failure propertyText(const ObjectHandle &object, const PropertyRecord &record, const QString &otherwise,
                          QString *value);

@@ -207,17 +207,23 @@ bool TCPMessageChannel::fillReadBuffer(int count)
     return true;
 }
 
-bool TCPMessageChannel::processSingleMessage(QByteArray *out)
+/// The length of the message that the buffer starts with; nothing while that is not known.
+std::optional<quint32> TCPMessageChannel::nextLength() const
 {
     if (m_readBuffer.size() < MessagePrefixLength)
-        return false;
-    const auto length = qFromBigEndian<quint32>(m_readBuffer.constData());
+        return std::nullopt;
+    return qFromBigEndian<quint32>(m_readBuffer.constData());
+}
+
+bool TCPMessageChannel::processSingleMessage(QByteArray *out)
+{
+    const quint32 length = nextLength().value_or(MessagePrefixLength);
     if (length < MessagePrefixLength) {
         qWarning("Invalid message size prefix");
         closeOnEnd();
         return false;
     }
-    if (static_cast<quint64>(m_readBuffer.size()) < length)
+    if (!hasWholeMessage())
         return false;
     const bool isFilled = m_readBuffer.capacity() - m_readBuffer.size() <= MaxRoomToSpare;
     if (isFilled && static_cast<quint64>(m_readBuffer.size()) == length) {
@@ -226,8 +232,32 @@ bool TCPMessageChannel::processSingleMessage(QByteArray *out)
         *out = m_readBuffer.first(length);
         m_readBuffer.remove(0, length);
     }
+    if (hasWholeMessage())
+        wakeUpForBuffered();
     emit messageArrived(*out);
     return true;
+}
+
+bool TCPMessageChannel::hasWholeMessage() const
+{
+    const auto length = nextLength();
+    return length && static_cast<quint64>(m_readBuffer.size()) >= *length;
+}
+
+/// Whoever takes a message may run an event loop, or leave the rest for one. The notifier would not fire for
+/// what has been read already.
+void TCPMessageChannel::wakeUpForBuffered()
+{
+    if (std::exchange(m_wakeUpIsPosted, true))
+        return;
+    const auto deliver = [this] {
+        m_wakeUpIsPosted = false;
+        const QPointer<TCPMessageChannel> guard(this);
+        QByteArray message;
+        while (guard && processSingleMessage(&message)) {
+        }
+    };
+    QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
 }
 
 FunctionCallResult<QByteArray> TCPMessageChannel::waitForSingleMessage(int ms)

@@ -4,6 +4,7 @@
 #include "serverlib/messagechannel.h"
 
 #include <memory>
+#include <optional>
 
 class QSocketNotifier;
 
@@ -57,6 +58,9 @@ private:
     enum class Dispatch { Ended, NothingArrived, Delivered };
 
     Dispatch dispatchArrived();
+    [[nodiscard]] std::optional<quint32> nextLength() const;
+    [[nodiscard]] bool hasWholeMessage() const;
+    void wakeUpForBuffered();
     [[nodiscard]] bool sendAll(const char *data, qsizetype length, bool moreFollows);
     void dropConnection();
     void reportEnd();
@@ -72,6 +76,7 @@ private:
     QSocketNotifier *m_notifier = nullptr;
     bool m_closing = false;
     bool m_endReported = false;
+    bool m_wakeUpIsPosted = false;
 };
 
 } // namespace Vorkel

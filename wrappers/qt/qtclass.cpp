@@ -1,12 +1,12 @@
 #include "qtclass.h"
 
 #include "qtenums.h"
+#include "qtguard.h"
 #include "qtobjects.h"
 #include "qtstillness.h"
 #include "qtvalues.h"
 
 #include "objectmodel/event.h"
-#include "objectmodel/inspector.h"
 #include "objectmodel/method.h"
 #include "objectmodel/property.h"
 
@@ -16,21 +16,10 @@
 
 namespace Vorkel {
 
+using QtGuard::carryOut;
+using QtGuard::fail;
+
 namespace {
-
-bool fail(const QString &text)
-{
-    Inspector::self()->setError(text);
-    return false;
-}
-
-/// Objects of other threads cannot be used from here.
-bool isUsable(const QObject *object, const QString &member)
-{
-    return object->thread() == QThread::currentThread()
-            || fail(QStringLiteral("%1 of an object that lives in another thread cannot be used")
-                            .arg(member));
-}
 
 bool isCallable(const QMetaMethod &method)
 {
@@ -63,6 +52,28 @@ QtClass::QtClass(const QMetaObject *metaObject)
                   .events = static_cast<int>(m_signals.size()),
                   .enums = metaObject->enumeratorCount() - metaObject->enumeratorOffset() });
     registerClass();
+}
+
+SharedPtr<Object> QtClass::wrap(void *data, const ObjectAttribute &attribute) const
+{
+    return data ? QtObjects::self()->wrap(static_cast<QObject *>(data)) : Class::wrap(data, attribute);
+}
+
+/// The QObject, if `member` can be used on it: an object may have been cast to what it is not. Null, with
+/// the reason as the last error, when it cannot.
+QObject *QtClass::usable(const SharedPtr<Object> &object, const QString &member) const
+{
+    QObject *wrapped = QtObjects::unwrap(object);
+    if (!wrapped)
+        fail(QStringLiteral("%1 cannot be used on nothing").arg(member));
+    else if (wrapped->thread() != QThread::currentThread())
+        fail(QStringLiteral("%1 of an object that lives in another thread cannot be used").arg(member));
+    else if (!m_metaObject->cast(wrapped))
+        fail(QStringLiteral("A %1 is no %2")
+                     .arg(QString::fromLatin1(wrapped->metaObject()->className()), className()));
+    else
+        return wrapped;
+    return nullptr;
 }
 
 void QtClass::initSuperClass()
@@ -123,13 +134,15 @@ Property *QtClass::createProperty(int index) const
                         QString::fromLatin1(property.name()), flagsOf(property), index);
 }
 
-SharedPtr<Object> QtClass::getProperty(int id, void *object, const Class *) const
+SharedPtr<Object> QtClass::getProperty(const SharedPtr<Object> &object, const Property *property) const
 {
-    const QMetaProperty property = metaProperty(id);
-    auto *target = static_cast<QObject *>(object);
-    if (!target || !isUsable(target, QString::fromLatin1(property.name())))
+    const QObject *target =
+            verifyPropertyAccess(object, property) ? usable(object, property->name()) : nullptr;
+    QVariant value;
+    const QString deed = QStringLiteral("Reading %1 of %2").arg(property->name(), className());
+    if (!target || !carryOut(deed, [&] { value = metaProperty(property->id()).read(target); }))
         return nullptr;
-    return QtValues::toObject(property.read(target));
+    return QtValues::toObject(value);
 }
 
 bool QtClass::setProperty(int id, const SharedPtr<Object> &object, const SharedPtr<Object> &value,
@@ -140,19 +153,18 @@ bool QtClass::setProperty(int id, const SharedPtr<Object> &object, const SharedP
     if (id < superClassOffset(PropertyOffset) || property->declaration())
         return Class::setProperty(id, object, value, property);
     const QMetaProperty target = metaProperty(id);
-    QObject *wrapped = QtObjects::unwrap(object);
-    if (!wrapped || !isUsable(wrapped, property->name()))
+    QObject *wrapped = usable(object, property->name());
+    if (!wrapped)
         return false;
     if (!target.isWritable())
         return fail(QStringLiteral("Property %1 of %2 is read-only").arg(property->name(), className()));
     const QVariant converted = QtValues::fromObject(value, target.metaType());
     QtStillness::self()->disturb();
-    if (!converted.isValid() || !target.write(wrapped, converted)) {
-        return fail(QStringLiteral("Property %1 of %2 takes a %3, not '%4'")
-                            .arg(property->name(), className(), QString::fromLatin1(target.typeName()),
-                                 value ? value->toString() : QStringLiteral("<null>")));
-    }
-    return true;
+    bool isTaken = false;
+    const QString deed = QStringLiteral("Setting %1 of %2").arg(property->name(), className());
+    if (converted.isValid() && !carryOut(deed, [&] { isTaken = target.write(wrapped, converted); }))
+        return false;
+    return isTaken || QtGuard::refuseValue(property->name(), *this, target.typeName(), value);
 }
 
 SharedPtr<Object> QtClass::invoke(int id, const SharedPtr<Object> &object, const ObjectList &arguments,
@@ -162,8 +174,8 @@ SharedPtr<Object> QtClass::invoke(int id, const SharedPtr<Object> &object, const
         return nullptr;
     const auto own = static_cast<std::size_t>(id - superClassOffset(MethodOffset));
     const QMetaMethod target = m_metaObject->method(m_methods[own]);
-    QObject *wrapped = QtObjects::unwrap(object);
-    if (!wrapped || !isUsable(wrapped, method->name()))
+    QObject *wrapped = usable(object, method->name());
+    if (!wrapped)
         return nullptr;
 
     // As Qt's own calls have it: the result first, then the arguments.
@@ -178,22 +190,17 @@ SharedPtr<Object> QtClass::invoke(int id, const SharedPtr<Object> &object, const
         }
     }
     std::vector<void *> pointers;
-    for (QVariant &value : values)
-        pointers.push_back(value.metaType().isValid() ? value.data() : &value);
-    for (int i = 0; i < target.parameterCount(); ++i) {
-        if (target.parameterType(i) == QMetaType::QVariant)
-            pointers[static_cast<std::size_t>(i) + 1] = &values[static_cast<std::size_t>(i) + 1];
+    for (int i = -1; i < target.parameterCount(); ++i) {
+        QVariant &value = values[pointers.size()];
+        const int type = i < 0 ? target.returnType() : target.parameterType(i);
+        // A result of a type that nobody knows goes nowhere.
+        pointers.push_back(type == QMetaType::QVariant ? &value : value.isValid() ? value.data() : nullptr);
     }
-    if (target.returnType() == QMetaType::QVariant)
-        pointers[0] = &values[0];
     QtStillness::self()->disturb();
-    try {
+    const auto call = [&] {
         wrapped->qt_metacall(QMetaObject::InvokeMetaMethod, m_methods[own], pointers.data());
-    } catch (...) {
-        fail(QStringLiteral("%1 ended with an exception").arg(method->name()));
-        return nullptr;
-    }
-    return QtValues::toObject(values[0]);
+    };
+    return carryOut(method->name(), call) ? QtValues::toObject(values[0]) : nullptr;
 }
 
 } // namespace Vorkel

@@ -23,17 +23,20 @@ public:
     using Class::invoke;
     using Class::setProperty;
     void initSuperClass() override;
+    /// The one object for the QObject, whatever the attribute.
+    [[nodiscard]] SharedPtr<Object> wrap(void *data, const ObjectAttribute &attribute) const override;
     [[nodiscard]] Method *createMethod(int index) const override;
     [[nodiscard]] Property *createProperty(int index) const override;
     [[nodiscard]] Event *createEvent(int index) const override;
     [[nodiscard]] Enum *createEnum(int index) const override;
-    SharedPtr<Object> getProperty(int id, void *object, const Class *type) const override;
+    SharedPtr<Object> getProperty(const SharedPtr<Object> &object, const Property *property) const override;
     bool setProperty(int id, const SharedPtr<Object> &object, const SharedPtr<Object> &value,
                      const Property *property) const override;
     SharedPtr<Object> invoke(int id, const SharedPtr<Object> &object, const ObjectList &arguments,
                              const Method *method) const override;
 
 private:
+    [[nodiscard]] QObject *usable(const SharedPtr<Object> &object, const QString &member) const;
     [[nodiscard]] QMetaProperty metaProperty(int id) const;
     [[nodiscard]] Signature signatureOf(const QMetaMethod &method) const;
 

@@ -4,7 +4,13 @@
 
 #include "hook/classregistrar.h"
 
+#include <QEvent>
 #include <QThread>
+
+#include <pthread.h>
+
+/// What Qt calls back for tools that look into programs; the same in all versions of Qt 6.
+extern Q_DECL_IMPORT quintptr qtHookData[];
 
 namespace Vorkel {
 
@@ -18,6 +24,12 @@ const QMetaObject *lastingMetaObject(const QObject *object)
         metaObject = metaObject->superClass();
     return metaObject;
 }
+
+enum HookIndex { HookDataSize = 1, RemoveQObject = 4 };
+using ObjectCallback = void (*)(QObject *object);
+
+ObjectCallback nextOnGone = nullptr;
+pthread_t ownThread;
 
 } // namespace
 
@@ -47,6 +59,15 @@ QtObjects *QtObjects::self()
     return instance;
 }
 
+QtObjects::QtObjects()
+{
+    ownThread = ::pthread_self();
+    if (qtHookData[HookDataSize] <= RemoveQObject)
+        return;
+    nextOnGone = reinterpret_cast<ObjectCallback>(qtHookData[RemoveQObject]);
+    qtHookData[RemoveQObject] = reinterpret_cast<quintptr>(&QtObjects::onGone);
+}
+
 SharedPtr<Object> QtObjects::wrap(QObject *object)
 {
     // What lives in another thread may go while it is looked at.
@@ -58,6 +79,7 @@ SharedPtr<Object> QtObjects::wrap(QObject *object)
     SharedPtr<Object> result(created);
     m_known.insert(object, created);
     connect(object, &QObject::destroyed, this, &QtObjects::onDestroyed, Qt::DirectConnection);
+    object->installEventFilter(this);
     return result;
 }
 
@@ -67,15 +89,36 @@ QObject *QtObjects::unwrap(const SharedPtr<Object> &object)
     return wrapped ? static_cast<QObject *>(wrapped->data()) : nullptr;
 }
 
+bool QtObjects::eventFilter(QObject *object, QEvent *event)
+{
+    // From now on it may go at any time.
+    if (QtObject *known = event->type() == QEvent::ThreadChange ? m_known.value(object) : nullptr) {
+        forget(object);
+        known->invalidate();
+    }
+    return false;
+}
+
 void QtObjects::onDestroyed(QObject *object)
 {
     if (QtObject *known = m_known.take(object))
         known->invalidate();
 }
 
+/// Every QObject comes here at its very end. `destroyed` is not enough: it is told before the children
+/// go, who may be asked for their parent while they do, and a program may disconnect all that listens.
+void QtObjects::onGone(QObject *object)
+{
+    if (::pthread_equal(::pthread_self(), ownThread) != 0)
+        self()->onDestroyed(object);
+    if (nextOnGone)
+        nextOnGone(object);
+}
+
 void QtObjects::forget(QObject *object)
 {
     m_known.remove(object);
+    object->removeEventFilter(this);
     disconnect(object, &QObject::destroyed, this, &QtObjects::onDestroyed);
 }
 

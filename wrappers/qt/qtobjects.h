@@ -11,7 +11,7 @@ class QtClass;
 class QtObject;
 
 /// The QObjects that were handed out: one object for each as long as anyone holds it, invalidated at
-/// once when its QObject goes.
+/// once when its QObject goes, be it to another thread.
 class VORKEL_EXPORT QtObjects : public QObject
 {
     Q_OBJECT
@@ -30,7 +30,10 @@ public:
 private:
     friend class QtObject;
 
+    QtObjects();
+    bool eventFilter(QObject *object, QEvent *event) override;
     void onDestroyed(QObject *object);
+    static void onGone(QObject *object);
     void forget(QObject *object);
 
     QHash<QObject *, QtObject *> m_known; // not owned: an object leaves when it goes

@@ -24,7 +24,16 @@ constexpr ToolkitLibrary ToolkitLibraries[] = {
 };
 // clang-format on
 
-/// Loads what is of use to this program, from beside this library.
+/// The path of the library `name`, which stands beside this one. A bare name would be looked for where
+/// whoever loads libraries says, and that need not be this library.
+QByteArray pathOf(const char *name)
+{
+    Dl_info self = {};
+    const QByteArray own(::dladdr(ToolkitLibraries, &self) != 0 ? self.dli_fname : "");
+    return own.first(own.lastIndexOf('/') + 1) + name;
+}
+
+/// Loads what is of use to this program.
 void loadToolkits()
 {
     for (const ToolkitLibrary &library : ToolkitLibraries) {
@@ -32,7 +41,7 @@ void loadToolkits()
         if (!used)
             continue;
         ::dlclose(used);
-        void *ours = ::dlopen(library.ours, RTLD_NOW | RTLD_LOCAL);
+        void *ours = ::dlopen(pathOf(library.ours).constData(), RTLD_NOW | RTLD_LOCAL);
         if (void *entry = ours ? ::dlsym(ours, "vorkel_qt_add_toolkit") : nullptr)
             reinterpret_cast<void (*)()>(entry)();
         else

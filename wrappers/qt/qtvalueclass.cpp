@@ -1,5 +1,6 @@
 #include "qtvalueclass.h"
 
+#include "qtguard.h"
 #include "qtvalues.h"
 
 #include "hook/classregistrar.h"
@@ -66,6 +67,13 @@ std::vector<QtValueField> partsOf(QMetaType type)
     return fields;
 }
 
+/// The meta-object of values that have one. Pointers to such values are left alone: where they point is the
+/// application's business.
+const QMetaObject *gadgetOf(QMetaType type)
+{
+    return type.flags() & QMetaType::IsGadget ? type.metaObject() : nullptr;
+}
+
 const QVariant *valueOf(const SharedPtr<Object> &object)
 {
     return object ? static_cast<const QVariant *>(object->data()) : nullptr;
@@ -111,12 +119,13 @@ void QtValueObject::fromString(const QString &text)
 const QtValueClass *QtValueClass::classOf(QMetaType type)
 {
     static auto *const known = new QHash<int, const QtValueClass *>;
-    const QtValueClass *&entry = (*known)[type.id()];
-    if (!entry) {
-        const ClassRegistrar registrar;
-        entry = new QtValueClass(type);
-    }
-    return entry;
+    if (const QtValueClass *found = known->value(type.id()))
+        return found;
+    // Announcing the class may make further ones.
+    const ClassRegistrar registrar;
+    const QtValueClass *created = new QtValueClass(type);
+    known->insert(type.id(), created);
+    return created;
 }
 
 QtValueClass::QtValueClass(QMetaType type)
@@ -124,7 +133,7 @@ QtValueClass::QtValueClass(QMetaType type)
     , m_type(type)
     , m_fields(partsOf(type))
 {
-    const QMetaObject *gadget = type.metaObject();
+    const QMetaObject *gadget = gadgetOf(type);
     const int properties = gadget ? gadget->propertyCount() : static_cast<int>(m_fields.size());
     setDeclared({ .constructors = 1, .properties = properties });
     registerClass();
@@ -166,7 +175,7 @@ Constructor *QtValueClass::createConstructor(int index) const
 
 Property *QtValueClass::createProperty(int index) const
 {
-    if (const QMetaObject *gadget = m_type.metaObject()) {
+    if (const QMetaObject *gadget = gadgetOf(m_type)) {
         const QMetaProperty property = gadget->property(index);
         const FUInt32 flags = (property.isReadable() ? FUInt32(ReadableProperty) : 0)
                 | (property.isWritable() ? FUInt32(WritableProperty) : 0);
@@ -184,11 +193,15 @@ SharedPtr<Object> QtValueClass::getProperty(int id, void *object, const Class *)
     const auto *value = static_cast<const QVariant *>(object);
     if (!value || id < 0)
         return nullptr;
-    if (const QMetaObject *gadget = m_type.metaObject())
-        return QtValues::toObject(gadget->property(id).readOnGadget(value->constData()));
-    return id < static_cast<int>(m_fields.size())
-            ? QtValues::toObject(m_fields[static_cast<std::size_t>(id)].read(*value))
-            : nullptr;
+    QVariant part;
+    const QMetaObject *gadget = gadgetOf(m_type);
+    const QString deed = QStringLiteral("Reading a %1").arg(className());
+    if (gadget
+        && !QtGuard::carryOut(deed, [&] { part = gadget->property(id).readOnGadget(value->constData()); }))
+        return nullptr;
+    if (!gadget && id < static_cast<int>(m_fields.size()))
+        part = m_fields[static_cast<std::size_t>(id)].read(*value);
+    return QtValues::toObject(part);
 }
 
 bool QtValueClass::setProperty(int id, const SharedPtr<Object> &object, const SharedPtr<Object> &value,
@@ -197,19 +210,20 @@ bool QtValueClass::setProperty(int id, const SharedPtr<Object> &object, const Sh
     if (!verifyPropertyAccess(object, property) || id < 0)
         return false;
     auto *data = static_cast<QVariant *>(object->data());
-    if (const QMetaObject *gadget = m_type.metaObject()) {
-        const QMetaProperty target = gadget->property(id);
-        const QVariant part = QtValues::fromObject(value, target.metaType());
-        return part.isValid() && target.writeOnGadget(data->data(), part);
-    }
-    if (id >= static_cast<int>(m_fields.size()))
+    const QMetaObject *gadget = gadgetOf(m_type);
+    if (!gadget && id >= static_cast<int>(m_fields.size()))
         return false;
-    const QtValueField &field = m_fields[static_cast<std::size_t>(id)];
-    const QVariant part = QtValues::fromObject(value, field.read(*data).metaType());
-    if (!part.isValid())
+    const QtValueField *field = gadget ? nullptr : &m_fields[static_cast<std::size_t>(id)];
+    const QMetaProperty target = gadget ? gadget->property(id) : QMetaProperty();
+    const QMetaType wanted = gadget ? target.metaType() : field->read(*data).metaType();
+    const QVariant part = QtValues::fromObject(value, wanted);
+    const QString deed = QStringLiteral("Setting %1 of %2").arg(property->name(), className());
+    bool isTaken = part.isValid();
+    if (isTaken && field)
+        field->write(data, part);
+    else if (isTaken && !QtGuard::carryOut(deed, [&] { isTaken = target.writeOnGadget(data->data(), part); }))
         return false;
-    field.write(data, part);
-    return true;
+    return isTaken || QtGuard::refuseValue(property->name(), *this, wanted.name(), value);
 }
 
 } // namespace Vorkel

@@ -2,6 +2,7 @@
 
 #include "qtclass.h"
 #include "qtenums.h"
+#include "qtguard.h"
 #include "qtobjects.h"
 #include "qtvalueclass.h"
 
@@ -83,6 +84,14 @@ SharedPtr<Object> mapToObject(const QVariantMap &map)
     return MapClass::wrapObject(items);
 }
 
+SharedPtr<Object> objectOf(QObject *object)
+{
+    SharedPtr<Object> wrapped = QtObjects::self()->wrap(object);
+    if (object && !wrapped)
+        QtGuard::fail(QStringLiteral("The object lives in another thread and cannot be used"));
+    return wrapped;
+}
+
 DateTime toModelDate(const QDateTime &value)
 {
     const QDate date = value.date();
@@ -96,9 +105,21 @@ QDateTime fromModelDate(const DateTime &value)
     return QDateTime(QDate(value.year, value.month, value.day), time);
 }
 
-/// What the object is worth by itself, before it is converted to what is wanted.
-QVariant plainValue(const SharedPtr<Object> &object)
+QStringList stringsIn(const Object &array)
 {
+    QStringList texts;
+    for (int i = 0; i < array.objectAttribute().arraySize(); ++i)
+        texts.append(QString::fromUtf8(static_cast<const char *const *>(array.data())[i]));
+    return texts;
+}
+
+/// What the object is worth by itself, before it is converted to what is wanted. Containers hold values of
+/// their own, `MaxDepth` levels of them.
+QVariant plainValue(const SharedPtr<Object> &object, int depth = 0)
+{
+    constexpr int MaxDepth = 64;
+    if (!object || object->isNull() || depth > MaxDepth)
+        return QVariant();
     const Class *objectClass = object->objectClass();
     if (dynamic_cast<const QtValueClass *>(objectClass))
         return *static_cast<const QVariant *>(object->data());
@@ -109,13 +130,13 @@ QVariant plainValue(const SharedPtr<Object> &object)
     if (objectClass == ArrayClass::registeredClass()) {
         QVariantList list;
         for (const SharedPtr<Object> &item : ArrayClass::unwrapObject(object))
-            list.append(item && !item->isNull() ? plainValue(item) : QVariant());
+            list.append(plainValue(item, depth + 1));
         return list;
     }
     if (objectClass == MapClass::registeredClass()) {
         QVariantMap map;
         for (const auto &[key, item] : MapClass::unwrapObject(object))
-            map.insert(key, item && !item->isNull() ? plainValue(item) : QVariant());
+            map.insert(key, plainValue(item, depth + 1));
         return map;
     }
     switch (objectClass->id()) {
@@ -129,9 +150,38 @@ QVariant plainValue(const SharedPtr<Object> &object)
     case LongClassId:
     case Int64ClassId:
         return qlonglong(object->toInt64());
+    case StringClassId:
+        if (object->isPointer() && object->objectAttribute().has(ObjectAttribute::Array))
+            return stringsIn(*object);
+        [[fallthrough]];
     default:
         return object->toString();
     }
+}
+
+bool isNumber(int type)
+{
+    return type == QMetaType::Int || type == QMetaType::LongLong || type == QMetaType::Double;
+}
+
+/// `value` as a value of `type`, an invalid one when something would be lost: Qt cuts off what does not fit
+/// into a number, and takes most texts for true.
+QVariant converted(QVariant value, QMetaType type)
+{
+    const QVariant before = value;
+    const bool isText = value.typeId() == QMetaType::QString;
+    if (isText && type.id() == QMetaType::QChar)
+        return before.toString().size() == 1 ? QVariant(before.toString().at(0)) : QVariant();
+    if (isText && type.id() == QMetaType::Bool) {
+        const QStringList truths { QStringLiteral("true"), QStringLiteral("false"), QStringLiteral("1"),
+                                   QStringLiteral("0") };
+        if (!truths.contains(before.toString(), Qt::CaseInsensitive))
+            return QVariant();
+    }
+    if (!value.convert(type))
+        return QVariant();
+    const bool isWhole = kindOf(type) == Kind::Int || kindOf(type) == Kind::Int64;
+    return isWhole && isNumber(before.typeId()) && before.toDouble() != value.toDouble() ? QVariant() : value;
 }
 
 } // namespace
@@ -161,7 +211,7 @@ SharedPtr<Object> toObject(const QVariant &value)
     case Kind::Date:
         return wrapDateTime(toModelDate(value.toDateTime()));
     case Kind::Object:
-        return QtObjects::self()->wrap(value.value<QObject *>());
+        return objectOf(value.value<QObject *>());
     case Kind::Value:
         break;
     }
@@ -189,7 +239,7 @@ QVariant fromObject(const SharedPtr<Object> &object, QMetaType type)
                 ? result
                 : QVariant();
     }
-    return value.convert(type) ? value : QVariant();
+    return converted(value, type);
 }
 
 Argument argumentFor(const QString &name, QMetaType type)
