@@ -130,7 +130,8 @@ void ModelItems::walk(int row, int column,
     int left = MaxItems;
     for (int atRow = std::max(row, 0); atRow < endRow; ++atRow) {
         for (int atColumn = std::max(column, 0); atColumn < columns; ++atColumn) {
-            if (--left < 0 || !visit(std::make_unique<ModelItem>(m_view, model->index(atRow, atColumn, m_root))))
+            if (--left < 0
+                || !visit(std::make_unique<ModelItem>(m_view, model->index(atRow, atColumn, m_root))))
                 return;
         }
     }
