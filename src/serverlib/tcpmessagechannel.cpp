@@ -220,6 +220,7 @@ bool TCPMessageChannel::processSingleMessage(QByteArray *out)
     const quint32 length = nextLength().value_or(MessagePrefixLength);
     if (length < MessagePrefixLength) {
         qWarning("Invalid message size prefix");
+        m_readBuffer.clear();
         closeOnEnd();
         return false;
     }

@@ -21,7 +21,6 @@ private slots:
     void initTestCase();
     void addsContact();
     void hasOneObjectForEachWidget();
-    void survivesWrongCasts();
 
 private:
     std::unique_ptr<RunningProgram> m_book;
@@ -56,17 +55,6 @@ void tst_addressbook::hasOneObjectForEachWidget()
     QCOMPARE(m_book->find(form + u"nameEdit"_s).id, name.id);
     QCOMPARE(m_book->call(u"objectReference"_s, { name.id }), text);
     QCOMPARE(m_book->call(u"objectDereference"_s, { name.id }), text);
-}
-
-void tst_addressbook::survivesWrongCasts()
-{
-    const ObjectHandle centre = m_book->find(u"MainWindow.QWidget"_s);
-    const ObjectHandle contacts = m_book->find(u"MainWindow.QWidget.contacts"_s);
-    QVERIFY(centre.id != 0 && contacts.id != 0);
-    // Down to what it is not, up, and down again to what it is.
-    QCOMPARE(m_book->call(u"objectCastTo"_s, { centre.id, contacts.classId }), centre.classId);
-    QCOMPARE(m_book->call(u"objectCastTo"_s, { contacts.id, centre.classId }), centre.classId);
-    QCOMPARE(m_book->call(u"objectCastTo"_s, { contacts.id, contacts.classId }), contacts.classId);
 }
 
 QTEST_GUILESS_MAIN(tst_addressbook)

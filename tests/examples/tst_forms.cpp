@@ -37,7 +37,8 @@ void tst_forms::obeysTheCommand_data()
                         const QString &err = {}) { QTest::newRow(name) << words << out << err; };
     // clang-format off
     row("tree",              { u"tree"_s },
-        u"shopping : Element\n  item : Field\n  add : Button\n  list : Element\n    bread : Element\n    milk : Element\n"_s);
+        u"shopping : Element  shopping\n  item : Field  shopping.item\n  add : Button  shopping.add\n  list : Element  shopping.list\n"
+        "    bread : Element  shopping.list.bread\n    milk : Element  shopping.list.milk\n"_s);
     row("by hand",           { u"get"_s, u"shopping.list.milk"_s, u"text"_s },                  u"Milk\n"_s);
     row("inherited",         { u"set"_s, u"shopping.item"_s, u"text"_s, u"Käse"_s },            u" -> Käse\n"_s);
     row("of a subclass",     { u"set"_s, u"shopping.item"_s, u"maxLength"_s, u"3"_s },          u"20 -> 3\n"_s);

@@ -165,7 +165,7 @@ private slots:
     {
         QFETCH(const QString, deed);
         invoke(u"replace"_s);
-        const auto ended = object(u"bench/victim"_s);
+        const auto ended = object(u"bench.victim"_s);
         const int fatal = propertyId(ended.id, u"fatal"_s);
         const int name = propertyId(ended.id, u"objectName"_s);
         const ClassRecord *record = nullptr;
@@ -200,7 +200,7 @@ private slots:
     // A runner may call an object what it is not, and take what a pointer points to.
     void keepsToWhatObjectsAre()
     {
-        const auto label = object(u"bench/label"_s);
+        const auto label = object(u"bench.label"_s);
         const auto classNamed = [this](const QString &name) { return m_objects->classes().byName(name); };
         QVERIFY(!m_objects->readClasses().isFailure());
         const int frame = classNamed(u"QFrame"_s)->id;
@@ -215,7 +215,7 @@ private slots:
             QCOMPARE(call(u"objectCastTo"_s, { label.id, classId }), QVariant(classId));
 
         invoke(u"replace"_s);
-        const auto victim = object(u"bench/victim"_s);
+        const auto victim = object(u"bench.victim"_s);
         const int pointee = id(call(u"objectDereference"_s, { victim.id }));
         QCOMPARE(pointee, victim.id);
         invoke(u"replace"_s);
@@ -236,7 +236,7 @@ private slots:
             QVERIFY(!call(u"getProperty"_s, { given.id, 0 }).isValid());
         }
         // A thread's object lives where it was made.
-        QCOMPARE(get(u"bench/thread"_s, u"objectName"_s), u"thread"_s);
+        QCOMPARE(get(u"bench.thread"_s, u"objectName"_s), u"thread"_s);
     }
 
     void takesMetaObjectsThatGo()
@@ -255,8 +255,8 @@ private slots:
         QStringList inside;
         const int ask = methodId(u"ask"_s);
         QTimer::singleShot(0, this, [&] {
-            inside << get(u"bench/question"_s, u"modal"_s) << invoke(u"echo"_s, { 1 });
-            (void)m_objects->invoke(object(u"bench/question"_s), u"done"_s, { 42 }, &inside.emplaceBack());
+            inside << get(u"bench.question"_s, u"modal"_s) << invoke(u"echo"_s, { 1 });
+            (void)m_objects->invoke(object(u"bench.question"_s), u"done"_s, { 42 }, &inside.emplaceBack());
         });
         const int answer = id(call(u"invoke"_s, { m_bench.id, ask }));
         QCOMPARE(call(u"objectToString"_s, { answer }), QVariant(u"42"_s));
@@ -269,7 +269,7 @@ private slots:
         const int close = methodId(u"closePanel"_s);
         for (int i = 0; i < 20; ++i) {
             invoke(u"buildPanel"_s);
-            const auto lingering = object(u"bench/panel/lingering"_s);
+            const auto lingering = object(u"bench.panel.lingering"_s);
             int panel = 0;
             QTimer::singleShot(0, this, [&] {
                 panel = id(call(u"parent"_s, { lingering.id }));

@@ -45,14 +45,6 @@ QtObject::~QtObject()
         m_registry->forget(static_cast<QObject *>(data()));
 }
 
-SharedPtr<Object> QtObject::castTo(const Class *target)
-{
-    const auto *wanted = dynamic_cast<const QtClass *>(target);
-    const auto *object = static_cast<const QObject *>(data());
-    const bool isOther = wanted && object && !object->metaObject()->inherits(wanted->metaObject());
-    return isOther ? self() : Object::castTo(target);
-}
-
 QtObjects *QtObjects::self()
 {
     static auto *const instance = new QtObjects;

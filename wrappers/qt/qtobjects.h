@@ -46,8 +46,6 @@ public:
     QtObject(QObject *object, const Class *objectClass, QtObjects *registry);
     ~QtObject() override;
 
-    /// Not to a class that the QObject is not of: it would be taken for what it is not.
-    SharedPtr<Object> castTo(const Class *target) override;
     /// This: another object would not hear of the end of the QObject.
     SharedPtr<Object> dereference() override { return self(); }
 
