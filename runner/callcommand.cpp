@@ -40,8 +40,6 @@ Failure makeCall(Session &session, const QString &text, const CallText &call, bo
 
 Failure callCommand(const Options &options)
 {
-    if (options.words.isEmpty())
-        return { ExitCode::BadUsage, QStringLiteral("no call is given. Try 'vorkel call --help'.") };
     QList<CallText> calls;
     for (const QString &word : options.words) {
         const auto call = parseCall(word);

@@ -9,6 +9,11 @@ namespace Vorkel::Runner {
 // returned for the caller to print.
 
 Failure infoCommand(const Options &options);
+Failure treeCommand(const Options &options);
+Failure classesCommand(const Options &options);
+Failure getCommand(const Options &options);
+Failure setCommand(const Options &options);
+Failure invokeCommand(const Options &options);
 Failure callCommand(const Options &options);
 Failure injectCommand(const Options &options);
 

@@ -25,12 +25,33 @@ constexpr char CallDetails[] =
 constexpr char InjectDetails[] =
         "For other runners: they set VORKEL_RUNNERID, VORKEL_SERVERADDRESS, VORKEL_PORT and\n"
         "VORKEL_APPID, and the program connects to them. This command becomes the program.\n";
+constexpr char TreeDetails[] =
+        "Prints windows and what they are made of, a line each with name and class, children\n"
+        "indented below their parent. The names from the top, joined by '/', are the OBJECT of get,\n"
+        "set and invoke.\n";
+constexpr char ClassesDetails[] =
+        "Prints each class with its super class, constructors, properties, methods, events and enums.\n"
+        "A class is announced when an object of it is first seen, so all objects are looked at before.\n";
+constexpr char GetDetails[] =
+        "An OBJECT is a path that 'vorkel tree' shows: AddressBook/centralWidget/name.\n";
+constexpr char SetDetails[] =
+        "An OBJECT is a path that 'vorkel tree' shows. A VALUE is JSON; what is no JSON is taken as\n"
+        "text. Prints the value before and the one after.\n";
+constexpr char InvokeDetails[] =
+        "An OBJECT is a path that 'vorkel tree' shows. A CALL is the name of a slot or invokable\n"
+        "method, with its arguments as JSON in parentheses if it takes any: clear, 'setText(\"new\")'.\n"
+        "Prints what it returns.\n";
 
 // clang-format off
 constexpr Command Commands[] = {
-    { { "info",   "Starts a Qt 6 program with the hook inside and prints what the hook reports.", nullptr,   InfoDetails,   true  }, infoCommand   },
-    { { "call",   "Starts a Qt 6 program and calls remote functions of its hook.",                "CALL...", CallDetails,   true  }, callCommand   },
-    { { "inject", "Runs a Qt 6 program with the hook inside, for a runner of your own.",          nullptr,   InjectDetails, false }, injectCommand },
+    { { "info",    "Starts a Qt 6 program with the hook inside and prints what the hook reports.", nullptr,                 0, 0,   InfoDetails,    SessionOptions               }, infoCommand    },
+    { { "tree",    "Starts a Qt 6 program and prints its objects.",                                nullptr,                 0, 0,   TreeDetails,    SessionOptions | DepthOption }, treeCommand    },
+    { { "classes", "Starts a Qt 6 program and prints the classes of its objects.",                 nullptr,                 0, 0,   ClassesDetails, SessionOptions | DepthOption }, classesCommand },
+    { { "get",     "Starts a Qt 6 program and prints a property of an object.",                    "OBJECT PROPERTY",       2, 2,   GetDetails,     SessionOptions               }, getCommand     },
+    { { "set",     "Starts a Qt 6 program and sets a property of an object.",                      "OBJECT PROPERTY VALUE", 3, 3,   SetDetails,     SessionOptions               }, setCommand     },
+    { { "invoke",  "Starts a Qt 6 program and calls a slot or method of an object.",               "OBJECT CALL",           2, 2,   InvokeDetails,  SessionOptions               }, invokeCommand  },
+    { { "call",    "Starts a Qt 6 program and calls remote functions of its hook.",                "CALL...",               1, 999, CallDetails,    SessionOptions               }, callCommand    },
+    { { "inject",  "Runs a Qt 6 program with the hook inside, for a runner of your own.",          nullptr,                 0, 0,   InjectDetails,  NoOptions                    }, injectCommand  },
 };
 // clang-format on
 

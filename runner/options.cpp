@@ -20,6 +20,9 @@ const QCommandLineOption PlatformOption(
         QStringLiteral("Qt's platform plug-in for the program. Without a display in "
                        "the environment it is 'offscreen', else Qt's own choice."),
         QStringLiteral("name"));
+const QCommandLineOption DepthLimitOption(
+        QStringLiteral("depth"), QStringLiteral("Look at this many levels of objects instead of all."),
+        QStringLiteral("levels"));
 const QCommandLineOption JsonOption(QStringLiteral("json"), QStringLiteral("Print JSON, for tools."));
 
 /// Without a display Qt programs do not start, so they get a platform that needs none.
@@ -55,6 +58,31 @@ void readSession(const QCommandLineParser &parser, Options *options)
     options->json = parser.isSet(JsonOption);
 }
 
+void readDepth(const QCommandLineParser &parser, Options *options)
+{
+    if (!parser.isSet(DepthLimitOption))
+        return;
+    bool ok = false;
+    options->depth = parser.value(DepthLimitOption).toInt(&ok);
+    if (!ok || options->depth < 1)
+        options->error = badValue(parser, DepthLimitOption, QStringLiteral("a number above 0"));
+}
+
+/// Why the words between the options and "--" are not what the command takes.
+QString badWords(const CommandInfo &info, const Options &options)
+{
+    const qsizetype count = options.words.size();
+    if (count > info.maxWords) {
+        return QStringLiteral("'%1' is not understood; the program to start stands behind '--'")
+                .arg(options.words.at(info.maxWords));
+    }
+    if (options.command.isEmpty())
+        return QStringLiteral("the program to start is missing: it stands behind '--'");
+    return count < info.minWords ? QStringLiteral("'%1' takes %2 before '--'")
+                                           .arg(QLatin1String(info.name), QLatin1String(info.wordsHelp))
+                                 : QString();
+}
+
 QString helpText(const CommandInfo &info, const QCommandLineParser &parser)
 {
     // The parser knows nothing of the part behind "--", so its first line is replaced.
@@ -74,8 +102,10 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
     const QCommandLineOption helpOption(QStringList { QStringLiteral("h"), QStringLiteral("help") },
                                         QStringLiteral("Show this help."));
     parser.addOption(helpOption);
-    if (info.usesSession)
+    if (info.options & SessionOptions)
         parser.addOptions({ HostOption, PortOption, TimeoutOption, PlatformOption, JsonOption });
+    if (info.options & DepthOption)
+        parser.addOption(DepthLimitOption);
 
     const qsizetype separator = arguments.indexOf(QLatin1String("--"));
     const QStringList own = separator < 0 ? arguments : arguments.first(separator);
@@ -91,14 +121,12 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
         options.help = helpText(info, parser);
         return options;
     }
-    if (info.usesSession)
+    if (info.options & SessionOptions)
         readSession(parser, &options);
-    if (!info.wordsHelp && !options.words.isEmpty()) {
-        options.error = QStringLiteral("'%1' is not understood; the program to start stands behind '--'")
-                                .arg(options.words.constFirst());
-    } else if (options.command.isEmpty()) {
-        options.error = QStringLiteral("the program to start is missing: it stands behind '--'");
-    }
+    if (info.options & DepthOption)
+        readDepth(parser, &options);
+    if (const QString error = badWords(info, options); !error.isEmpty())
+        options.error = error;
     return options;
 }
 

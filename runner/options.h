@@ -11,6 +11,7 @@ struct Options
 {
     SessionSettings session;
     bool json = false;
+    int depth = -1; ///< how many levels of objects to look at; negative: all
     QStringList words; ///< between the options and `--`
     QStringList command; ///< behind `--`: the program and its arguments
 
@@ -20,14 +21,23 @@ struct Options
     QString help;
 };
 
+/// The options that a command takes besides `--help`, or'ed.
+enum OptionSet {
+    NoOptions = 0,
+    SessionOptions = 1, ///< where to listen, how long to wait, JSON
+    DepthOption = 2
+};
+
 /// What one command takes.
 struct CommandInfo
 {
     const char *name;
     const char *summary;
     const char *wordsHelp; ///< null when it takes no words
+    int minWords;
+    int maxWords;
     const char *details;
-    bool usesSession;
+    int options; ///< of `OptionSet`
 };
 
 /// Reads `arguments`, which stand behind the name of the command.

@@ -4,6 +4,7 @@
 #include "hook/hook.h"
 #include "objectmodel/inspector.h"
 
+#include <optional>
 #include <type_traits>
 #include <utility>
 
@@ -26,10 +27,19 @@ Owner &owner(Hook &hook)
 
 // What a result becomes. 64-bit numbers leave as Qt's own types: others have no number on the wire.
 
+template <typename T>
+constexpr bool isOptional = false;
+template <typename T>
+constexpr bool isOptional<std::optional<T>> = true;
+
 template <typename Result>
-QVariant toReply(const Result &result)
+QVariant toReply(Hook &hook, const Result &result)
 {
-    if constexpr (std::is_integral_v<Result> && sizeof(Result) == sizeof(qlonglong)) {
+    if constexpr (std::is_same_v<Result, SharedPtr<Object>>) {
+        return hook.objectToVariant(result);
+    } else if constexpr (isOptional<Result>) {
+        return result ? toReply(hook, *result) : QVariant();
+    } else if constexpr (std::is_integral_v<Result> && sizeof(Result) == sizeof(qlonglong)) {
         using Wide = std::conditional_t<std::is_signed_v<Result>, qlonglong, qulonglong>;
         return QVariant(static_cast<Wide>(result));
     } else {
@@ -42,21 +52,33 @@ QVariant toReply(const Result &result)
 template <typename Argument>
 Argument fromArgument(const QVariant &value)
 {
-    return value.value<Argument>();
+    if constexpr (std::is_same_v<Argument, QVariant>)
+        return value;
+    else
+        return value.value<Argument>();
 }
 
-template <auto Operation, typename Owner, typename Result, typename... Arguments, std::size_t... Index>
-QVariant apply(Owner &object, const ArgumentList &arguments, std::index_sequence<Index...>)
+/// A handler may run an event loop in which the hook goes; then nobody waits for the reply.
+template <typename Result, typename Invoke>
+QVariant invokeForReply(Hook &hook, Invoke invoke)
 {
-    const auto invoke = [&]() -> Result {
-        return (object.*Operation)(fromArgument<std::remove_cvref_t<Arguments>>(arguments.value(Index))...);
-    };
     if constexpr (std::is_void_v<Result>) {
         invoke();
         return QVariant();
     } else {
-        return toReply(invoke());
+        const QPointer<Hook> guard(&hook);
+        const Result result = invoke();
+        return guard ? toReply(*guard, result) : QVariant();
     }
+}
+
+template <auto Operation, typename Owner, typename Result, typename... Arguments, std::size_t... Index>
+QVariant apply(Hook &hook, const ArgumentList &arguments, std::index_sequence<Index...>)
+{
+    return invokeForReply<Result>(hook, [&]() -> Result {
+        return (owner<Owner>(hook)
+                .*Operation)(fromArgument<std::remove_cvref_t<Arguments>>(arguments.value(Index))...);
+    });
 }
 
 /// `Operation` takes the values of the list, one by one.
@@ -64,9 +86,10 @@ template <auto Operation, typename Owner, typename Result, typename... Arguments
 QVariant convertAndApply(Hook &hook, const ArgumentList &arguments)
 {
     if constexpr (std::is_same_v<std::tuple<Arguments...>, std::tuple<const ArgumentList &>>)
-        return toReply((owner<Owner>(hook).*Operation)(arguments));
+        return invokeForReply<Result>(hook,
+                                      [&]() -> Result { return (owner<Owner>(hook).*Operation)(arguments); });
     else
-        return apply<Operation, Owner, Result, Arguments...>(owner<Owner>(hook), arguments,
+        return apply<Operation, Owner, Result, Arguments...>(hook, arguments,
                                                              std::index_sequence_for<Arguments...>());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fkit/export.h"
+#include "objectmodel/object.h"
 #include "serverlib/ipc.h"
 #include "serverlib/ipcresponsehandleriface.h"
 
@@ -8,14 +9,19 @@
 #include <QPointer>
 
 #include <memory>
+#include <optional>
 
 class FSocket;
 
 namespace Vorkel {
 
 class AUTProcess;
+class GlobalMethod;
 class HookPrivate;
+class Method;
+class Namespace;
 class PlatformPlugin;
+class Property;
 class Wrapper;
 
 /// The one object of an application through which the library meets the runner.
@@ -92,6 +98,80 @@ public:
     [[nodiscard]] int testSuiteVersion() const { return m_testSuiteVersion; }
     QVariant configureBinaryStream(unsigned int streamId, const QVariantMap &settings);
 
+    // Handles and objects (hook_objects.cpp). An id or class that is not known gives a line in the log
+    // and null, nothing, false or an empty value.
+
+    /// Null when the runner holds no such handle.
+    [[nodiscard]] SharedPtr<Object> objectById(int id) const;
+    /// "object id,class id", which gives the runner one more handle; an invalid value for null.
+    QVariant objectToVariant(const SharedPtr<Object> &object);
+    /// One entry for each id, null where it is not known.
+    [[nodiscard]] ObjectList idsToObjects(const FList<int> &ids) const;
+    void clearObjectDict();
+    void remoteObjectDestroyed(int id);
+    /// `parent` 0 is the top level.
+    [[nodiscard]] std::optional<int> numObjects(int parent) const;
+    [[nodiscard]] SharedPtr<Object> objectByName(int parent, const QString &name) const;
+    [[nodiscard]] SharedPtr<Object> objectByIndex(int parent, int index) const;
+    QStringList objects(int parent);
+    [[nodiscard]] SharedPtr<Object> parent(int id) const;
+    [[nodiscard]] std::optional<QString> objectName(int id) const;
+    [[nodiscard]] std::optional<QString> qualifiedObjectName(int id) const;
+    [[nodiscard]] bool objectIsNull(int id) const;
+    [[nodiscard]] bool objectCompare(int first, int second) const;
+    [[nodiscard]] QByteArray getObjectAttribute(int id) const;
+    [[nodiscard]] SharedPtr<Object> objectReference(int id) const;
+    [[nodiscard]] SharedPtr<Object> objectDereference(int id) const;
+    std::optional<int> objectCastTo(int id, int classId);
+    [[nodiscard]] QString objectToDebugString(int id) const;
+    [[nodiscard]] std::optional<int> objectToInteger(int id) const;
+    [[nodiscard]] std::optional<long long> objectToInt64(int id) const;
+    [[nodiscard]] std::optional<QString> objectToString(int id) const;
+    [[nodiscard]] std::optional<double> objectToDouble(int id) const;
+    [[nodiscard]] std::optional<bool> objectToBoolean(int id) const;
+    void objectFromInteger(int id, int value);
+    void objectFromInt64(int id, long long value);
+    void objectFromString(int id, const QString &value);
+    void objectFromDouble(int id, double value);
+    void objectFromBoolean(int id, bool value);
+    [[nodiscard]] SharedPtr<Object> createPrimitive(const QString &className, const QVariant &value) const;
+    [[nodiscard]] SharedPtr<Object> createNull(const QString &className) const;
+    [[nodiscard]] SharedPtr<Object> getVoidObject() const;
+    [[nodiscard]] bool canConvertTo(int fromClassId, int toClassId, bool fromPointer, bool toPointer) const;
+    [[nodiscard]] SharedPtr<Object> convertTo(int fromClassId, int id, int toClassId, bool toPointer) const;
+    [[nodiscard]] SharedPtr<Object> convertToInterface(int fromClassId, int id, const QString &name) const;
+
+    // Members (hook_members.cpp). A target is an object id, or a class id with its sign turned. Lists
+    // of arguments hold two numbers, as the comments say, and object ids behind them.
+
+    [[nodiscard]] SharedPtr<Object> getProperty(int target, int index);
+    bool setProperty(int target, int index, int valueId);
+    /// Target and method index.
+    SharedPtr<Object> invoke(const ArgumentList &arguments);
+    /// Constructor index and class id.
+    SharedPtr<Object> construct(const ArgumentList &arguments);
+    /// Index of a global event and receiver.
+    void sendEvent(const ArgumentList &arguments);
+
+    // What an object consists of, as texts (hook_components.cpp). A request starts with the object's id.
+
+    [[nodiscard]] bool objectHasComponents(const QStringList &request) const;
+    [[nodiscard]] QStringList fetchObjectComponents(const QStringList &request) const;
+    /// The request holds pairs of object id and property index; a pair that is no good gives no entry.
+    [[nodiscard]] QStringList fetchPropertyValuesAsString(const QStringList &request) const;
+
+    // Announcements (hook_announcements.cpp)
+
+    [[nodiscard]] int numClasses() const;
+    [[nodiscard]] int numNamespaces() const;
+    /// The records of all classes; from here on only new ones are announced.
+    QByteArray allClasses();
+    [[nodiscard]] QByteArray allNamespaces() const;
+    /// Announces the classes from `firstId` on, once the runner has read the others.
+    void registerClasses(int firstId);
+    void registerNamespace(const Namespace *nameSpace);
+    void registerGlobalMethod(const GlobalMethod *method);
+
     // The process (hook_process.cpp)
 
     [[nodiscard]] AUTProcess *autProcess() const { return m_autProcess.get(); }
@@ -132,6 +212,25 @@ private:
     void writeEventQueue();
     void cleanup();
 
+    struct Target
+    {
+        SharedPtr<Object> object;
+        const Class *objectClass = nullptr;
+    };
+
+    [[nodiscard]] SharedPtr<Object> knownObject(int id, const char *complaint) const;
+    template <typename Value>
+    [[nodiscard]] std::optional<Value> valueOf(int id, const char *complaint,
+                                               Value (Object::*conversion)() const) const;
+    template <typename Argument, typename Value>
+    void setValueOf(int id, const char *complaint, void (Object::*conversion)(Argument), const Value &value);
+    [[nodiscard]] Target resolveTarget(int target, const char *function) const;
+    [[nodiscard]] const Property *resolveProperty(const Target &target, int id, int index,
+                                                  const char *verb) const;
+    SharedPtr<Object> invokeChecked(const Method &method, const SharedPtr<Object> &object,
+                                    const ObjectList &arguments) const;
+    void announce(const QString &name, const QByteArray &record);
+
     std::unique_ptr<HookPrivate> d;
     IPC *m_ipc;
     int m_runnerId;
@@ -143,6 +242,7 @@ private:
     bool m_exitNotified = false;
     bool m_constructed = false;
     bool m_deletionWaits = false;
+    bool m_classesSent = false;
     std::unique_ptr<AUTProcess> m_autProcess;
     int m_testSuiteVersion = -1;
     int m_hookFlags;

@@ -53,6 +53,7 @@ void Hook::cleanup()
     m_autProcess.reset();
     if (hook == this)
         hook = nullptr;
+    clearObjectDict();
     d.reset();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hook/objectdictionary.h"
+
 #include <QList>
 
 namespace Vorkel {
@@ -10,6 +12,7 @@ class Wrapper;
 class HookPrivate
 {
 public:
+    ObjectDictionary objects; // what the runner holds handles to
     QList<Wrapper *> wrappers; // in the order of registration
     PlatformPlugin *platformPlugin = nullptr;
 };

@@ -77,7 +77,6 @@ const QMap<QString, const char *> oddTexts = {
     {u"rawTouchEvent"_s,         "=Hook::handleCall: F_RawTouchEvent: wrong number of arguments"},
     {u"configureBinaryStream"_s, "=Hook::handleSend: F_ConfigureBinaryStream: wrong number of arguments"},
 };
-
 // clang-format on
 
 QString label(const QString &name)
@@ -184,7 +183,10 @@ void tst_dispatch::knowsEveryName()
             QCOMPARE(call(name, arguments),
                      QVariant(u"Internal error: synchronous call to "_s + label(name)));
         send(name, arguments);
-        QCOMPARE(m_log->takeLines(), kind == 'S' && !accepted ? QStringList { wrong } : QStringList());
+        if (kind != 'S')
+            QCOMPARE(m_log->takeLines(), QStringList());
+        else
+            QCOMPARE(m_log->takeLines().contains(wrong), !accepted);
     }
 }
 

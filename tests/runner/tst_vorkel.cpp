@@ -225,7 +225,7 @@ void tst_vorkel::says_data()
         usage(port, u"info --port=%1 -- true"_s.arg(QLatin1String(port)), u"vorkel: --port takes a number from 0 to 65535, not '%1'. Try 'vorkel info --help'.\n"_s.arg(QLatin1String(port)));
     for (const char *limit : { "0", "-3", "s", "nan", "inf", "1e9" })
         usage(limit, u"info --timeout=%1 -- true"_s.arg(QLatin1String(limit)), u"vorkel: --timeout takes a number of seconds above 0, not '%1'. Try 'vorkel info --help'.\n"_s.arg(QLatin1String(limit)));
-    usage("no call",           u"call -- true"_s,             u"vorkel: no call is given. Try 'vorkel call --help'.\n"_s);
+    usage("no call",           u"call -- true"_s,             u"vorkel: 'call' takes CALL... before '--'. Try 'vorkel call --help'.\n"_s);
     usage("malformed call",    u"call getPID f( -- true"_s,   u"vorkel: 'f(' is no call; write NAME or NAME(JSON, ...)\n"_s);
     row("taken port",          { u"info"_s, u"--port"_s, taken, u"--"_s, u"true"_s },    3, {}, u"vorkel: cannot listen on 127.0.0.1, port %1: Address already in use\n"_s.arg(taken));
     row("no such host",        { u"info"_s, u"--host="_s, u"--"_s, u"true"_s },          3, {}, u", port 0: no such host\n"_s);

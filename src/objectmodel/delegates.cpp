@@ -1,0 +1,52 @@
+#include "objectmodel/delegates.h"
+
+#include "objectmodel/inspector.h"
+
+#include <algorithm>
+
+namespace Vorkel {
+
+namespace {
+
+/// The object below `at` that has `object` as a child; null when there is none.
+SharedPtr<Object> findParent(const SharedPtr<Object> &at, const SharedPtr<Object> &object)
+{
+    const int count = at->numChildren();
+    for (int i = 0; i < count; ++i) {
+        const SharedPtr<Object> child = at->child(i);
+        if (!child)
+            continue;
+        if (child->sameAs(object))
+            return at;
+        if (SharedPtr<Object> found = findParent(child, object))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+ObjectList ObjectHierarchyDelegate::children(const SharedPtr<Object> &object) const
+{
+    const int count = numChildren(object);
+    ObjectList list;
+    list.reserve(static_cast<std::size_t>(std::max(count, 0)));
+    for (int i = 0; i < count; ++i)
+        list.push_back(child(object, i));
+    return list;
+}
+
+SharedPtr<Object> ObjectHierarchyDelegate::parent(const SharedPtr<Object> &object) const
+{
+    const ObjectList top = Inspector::self()->objects();
+    const auto isObject = [&](const SharedPtr<Object> &other) { return other && object->sameAs(other); };
+    if (std::any_of(top.begin(), top.end(), isObject))
+        return nullptr;
+    for (const SharedPtr<Object> &each : top) {
+        if (SharedPtr<Object> found = each ? findParent(each, object) : nullptr)
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace Vorkel

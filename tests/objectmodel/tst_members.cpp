@@ -1,0 +1,243 @@
+#include "toolkit.h"
+
+#include "objectmodel/enum.h"
+#include "objectmodel/globalobject.h"
+#include "objectmodel/inspector.h"
+#include "objectmodel/namespace.h"
+#include "objectmodel/primitives.h"
+#include "objectmodel/property.h"
+
+#include <QTest>
+
+using namespace Vorkel;
+using namespace Toolkit;
+
+class TestMembers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void membersAreMadeWhenLookedAt()
+    {
+        // Registered as such, by whoever runs first.
+        QCOMPARE(shapeClass()->membersCreated, 0);
+        QCOMPARE(squareClass()->numMethods(), 3);
+        QCOMPARE(shapeClass()->membersCreated, 0);
+        QCOMPARE(shapeClass()->method(0)->toString(), QStringLiteral("int measure()"));
+        QCOMPARE(shapeClass()->membersCreated, 2);
+    }
+
+    void membersAreNumberedThroughTheHierarchy()
+    {
+        QCOMPARE(squareClass()->method(2)->toString(), QStringLiteral("int area(int scale)"));
+        QCOMPARE(squareClass()->method(2)->id(), 2);
+        QCOMPARE(squareClass()->method(1), shapeClass()->method(1));
+        QVERIFY(!squareClass()->method(3) && !squareClass()->method(-1));
+        QCOMPARE(squareClass()->property(QStringLiteral("width")), shapeClass()->property(0));
+        QCOMPARE(squareClass()->inheritanceDepth(shapeClass()), 1);
+        QCOMPARE(shapeClass()->inheritanceDepth(squareClass()), -1);
+    }
+
+    void overloadsAreChosenByArguments()
+    {
+        const SharedPtr<Object> square = newShape(3, squareClass());
+        const MethodList measure = squareClass()->methods(QStringLiteral("measure"));
+        bool ok = false;
+        QCOMPARE(measure.invoke(square, {}, &ok)->toInteger(), 3);
+        QCOMPARE(measure.invoke(square, { wrap(4) }, &ok)->toInteger(), 7);
+        // Converted on the way.
+        QCOMPARE(measure.invoke(square, { Inspector::self()->createPrimitive(2.9) }, &ok)->toInteger(), 5);
+        QVERIFY(ok);
+        QVERIFY(!measure.invoke(square, { wrap(QStringLiteral("x")) }, &ok));
+        QVERIFY(!ok);
+        QCOMPARE(Inspector::self()->lastError(), QStringLiteral("Found no matching overload"));
+        QVERIFY(!MethodList().invoke(square, {}, &ok));
+        QCOMPARE(Inspector::self()->lastError(), QStringLiteral("Function not available"));
+        QCOMPARE(squareClass()->methods(QStringLiteral("area")).invoke(square, { wrap(2) }, &ok)->toInteger(),
+                 18);
+    }
+
+    void thoseOfNoUseAreRefused_data()
+    {
+        QTest::addColumn<QString>("what");
+        QTest::addColumn<QString>("onCall");
+        QTest::addColumn<QString>("onAccess");
+        QTest::newRow("no object") << "none"
+                                   << "Cannot invoke non-static function measure() without a object reference"
+                                   << "Cannot access non-static property width without object reference";
+        QTest::newRow("null") << "null"
+                              << "Cannot invoke member function measure() on null object reference"
+                              << "Cannot access property width on null object reference";
+        QTest::newRow("dead") << "dead"
+                              << "Cannot invoke member function measure() on null object reference"
+                              << "Cannot access property width on null object reference";
+    }
+
+    void thoseOfNoUseAreRefused()
+    {
+        QFETCH(QString, what);
+        QFETCH(QString, onCall);
+        QFETCH(QString, onAccess);
+        Shape shape;
+        SharedPtr<Object> object;
+        if (what == QLatin1String("null"))
+            object = shapeClass()->createNull();
+        if (what == QLatin1String("dead")) {
+            object = shapeClass()->wrap(&shape, ObjectAttribute());
+            object->invalidate();
+            QCOMPARE(object->className(), QStringLiteral("Dead"));
+        }
+        QVERIFY(!shapeClass()->method(0)->invoke(object, {}));
+        QCOMPARE(Inspector::self()->lastError(), onCall);
+        QVERIFY(!shapeClass()->property(0)->get(object));
+        QCOMPARE(Inspector::self()->lastError(), onAccess);
+        QVERIFY(!shapeClass()->property(0)->set(object, wrap(1)));
+    }
+
+    void wrongCountsAndTypesAreRefused()
+    {
+        const SharedPtr<Object> shape = newShape(1);
+        QVERIFY(!shapeClass()->method(1)->invoke(shape, {}));
+        QCOMPARE(Inspector::self()->lastError(),
+                 QStringLiteral("Class::invoke Shape::1: 1 arguments expected, 0 given"));
+        QVERIFY(!shapeClass()->property(0)->set(shape, newShape(2)));
+        QVERIFY(shapeClass()->property(0)->set(shape, Inspector::self()->createPrimitive(5.5)));
+        QCOMPARE(shapeClass()->property(0)->get(shape)->toInteger(), 5);
+        QVERIFY(!shapeClass()->construct({ wrap(QStringLiteral("x")) }));
+        QCOMPARE(shapeClass()->construct({ wrap(8) })->objectClass(), shapeClass());
+    }
+
+    void castsStayInTheirLine()
+    {
+        const SharedPtr<Object> square = newShape(1, squareClass());
+        QCOMPARE(square->castTo(shapeClass())->objectClass(), shapeClass());
+        QCOMPARE(square->castTo(squareClass())->objectClass(), squareClass());
+        QCOMPARE(square->castTo(Inspector::self()->type(IntClassId))->objectClass(), squareClass());
+        QCOMPARE(square->castTo(nullptr)->objectClass(), squareClass());
+    }
+
+    void objectsCompareByProperties()
+    {
+        QVERIFY(newShape(2)->compare(newShape(2)));
+        QVERIFY(!newShape(2)->compare(newShape(3)));
+        QVERIFY(shapeClass()->createNull()->compare(shapeClass()->createNull()));
+        QCOMPARE(newShape(2)->toDebugString(), QStringLiteral("{ width = 2 : int } : Shape"));
+        QCOMPARE(Object::zombie()->toDebugString(), QStringLiteral("0 : Dead"));
+    }
+
+    void enumsKnowWhetherTheyAreMasks()
+    {
+        const Enum *colour = squareClass()->enumerator(QStringLiteral("Colour"));
+        QVERIFY(colour && colour->isMask());
+        QCOMPARE(Inspector::self()->enumerator(QStringLiteral("Shape::Colour")), colour);
+        const Enum::Item overlapping[] = {
+            { "A", 1 }, { "B", 2 }, { "C", 3 }, { "Again", 2 }, { nullptr, 0 }
+        };
+        const Enum plain(shapeClass(), QStringLiteral("Plain"), overlapping, 0);
+        QVERIFY(!plain.isMask());
+        QCOMPARE(plain.valueToKey(2, nullptr), QStringLiteral("B"));
+        bool ok = true;
+        QCOMPARE(plain.value(QStringLiteral("D"), &ok), -1);
+        QVERIFY(!ok);
+    }
+
+    void typeNamesGetOneSpelling_data()
+    {
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("plain") << "int"
+                               << "int";
+        QTest::newRow("mark in front") << "*Foo"
+                                       << "Foo*";
+        QTest::newRow("const reference") << "const QString&"
+                                         << "const QString&";
+        QTest::newRow("template") << "Map<const A*,List<B, C>>"
+                                  << "Map<const A*,List<B, C>>";
+        QTest::newRow("a mark alone") << "*"
+                                      << "*";
+        QTest::newRow("const alone") << "const"
+                                     << "const ";
+    }
+
+    void typeNamesGetOneSpelling()
+    {
+        QFETCH(QString, given);
+        QFETCH(QString, expected);
+        QCOMPARE(shapeClass()->realType(given), expected);
+    }
+
+    void globalFunctionsCanBeReplaced()
+    {
+        GlobalClass *global = Inspector::self()->globalClass();
+        const auto method = [](int gives, const char *argument) {
+            static int value;
+            value = gives;
+            return std::make_unique<GlobalMethod>(
+                    +[](const ObjectList &, const Class *) { return wrap(value); },
+                    Argument(Inspector::self()->type(IntClassId)), QStringLiteral("answer"),
+                    Signature {
+                            Argument(QString::fromLatin1(argument), Inspector::self()->type(IntClassId)) });
+        };
+        const int before = global->numMethods();
+        global->addMethod(method(1, "a"));
+        const auto replaced = global->injectMethod(method(2, "b"));
+        QVERIFY(replaced);
+        QCOMPARE(global->numMethods(), before + 1);
+        bool ok = false;
+        QCOMPARE(global->methods(QStringLiteral("answer")).invoke(nullptr, { wrap(0) }, &ok)->toInteger(), 2);
+        QVERIFY(!global->invoke(-1, nullptr, {}, nullptr) && !global->invoke(999, nullptr, {}, nullptr));
+    }
+
+    void delegatesServeSubclasses()
+    {
+        struct Texts : ConversionDelegate
+        {
+            Texts(const QString &className, const QString &gives)
+                : ConversionDelegate(className)
+                , text(gives)
+            {
+            }
+            int capabilities() const override { return CanString; }
+            QString toString(const SharedPtr<Object> &) const override { return text; }
+            QString text;
+        };
+        const SharedPtr<Object> square = newShape(1, squareClass());
+        QCOMPARE(square->toString(), QString());
+        const Texts forShape(QStringLiteral("Shape"), QStringLiteral("a shape"));
+        QCOMPARE(square->toString(), QStringLiteral("a shape"));
+        const Texts forSquare(QStringLiteral("Square"), QStringLiteral("a square"));
+        QCOMPARE(square->toString(), QStringLiteral("a square"));
+        QCOMPARE(forSquare.super(), &forShape);
+    }
+
+    void namespacesQualifyNames()
+    {
+        Namespace *global = Inspector::self()->globalNamespace();
+        auto *outer = new Namespace(global, QStringLiteral("A"));
+        auto *inner = new Namespace(outer, QStringLiteral("B"));
+        QCOMPARE(outer->fullyQualifiedName(), QStringLiteral("A"));
+        QCOMPARE(inner->fullyQualifiedName(), QStringLiteral("A::B"));
+        QCOMPARE(Inspector::self()->nameSpaceFromFullyQualifiedName(QStringLiteral("A::B")), inner);
+        QVERIFY(!Inspector::self()->nameSpaceFromFullyQualifiedName(QStringLiteral("A::C")));
+    }
+
+    void settingsHaveTheirDefaults()
+    {
+        Inspector *inspector = Inspector::self();
+        const QString name = QStringLiteral("Shape");
+        QVERIFY(!inspector->hasMouseTracking(name) && inspector->hasRecordMouseDrag(name));
+        QCOMPARE(inspector->isKeyEventCompressionAllowed(name), -1);
+        inspector->setRecorderFilter(name, QStringLiteral("but*"));
+        QVERIFY(inspector->matchRecordFilter(name, QStringLiteral("button")));
+        QVERIFY(!inspector->matchRecordFilter(name, QStringLiteral("a button")));
+        inspector->setUnmatchedProperties(name, { QStringLiteral("a"), QStringLiteral("b") });
+        inspector->setUnmatchedProperties(name, { QStringLiteral("c") });
+        inspector->setUnmatchedProperties(name, { QStringLiteral("d"), QStringLiteral("e") });
+        QCOMPARE(inspector->unmatchedProperties().value(name), QStringList { QStringLiteral("c") });
+        QVERIFY(!inspector->call(QStringLiteral("f"), {}).isValid());
+        QVERIFY(inspector->lastError().startsWith(QLatin1String("Cannot make remote calls")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMembers)
+#include "tst_members.moc"

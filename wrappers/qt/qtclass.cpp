@@ -1,0 +1,196 @@
+#include "qtclass.h"
+
+#include "qtenums.h"
+#include "qtobjects.h"
+#include "qtvalues.h"
+
+#include "objectmodel/event.h"
+#include "objectmodel/inspector.h"
+#include "objectmodel/method.h"
+#include "objectmodel/property.h"
+
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <QThread>
+
+namespace Vorkel {
+
+namespace {
+
+bool fail(const QString &text)
+{
+    Inspector::self()->setError(text);
+    return false;
+}
+
+/// Objects of other threads cannot be used from here.
+bool isUsable(const QObject *object, const QString &member)
+{
+    return object->thread() == QThread::currentThread()
+            || fail(QStringLiteral("%1 of an object that lives in another thread cannot be used")
+                            .arg(member));
+}
+
+bool isCallable(const QMetaMethod &method)
+{
+    return method.methodType() == QMetaMethod::Slot || method.methodType() == QMetaMethod::Method;
+}
+
+FUInt32 flagsOf(const QMetaProperty &property)
+{
+    return (property.isReadable() ? FUInt32(ReadableProperty) : 0)
+            | (property.isWritable() ? FUInt32(WritableProperty) : 0)
+            | (property.isStored() ? FUInt32(StoredProperty) : 0);
+}
+
+} // namespace
+
+QtClass::QtClass(const QMetaObject *metaObject)
+    : Class(metaObject->className(), false)
+    , m_metaObject(metaObject)
+{
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        if (method.methodType() == QMetaMethod::Signal)
+            m_signals.push_back(i);
+        else if (isCallable(method) && method.access() == QMetaMethod::Public)
+            m_methods.push_back(i);
+    }
+    setDeclared({ .constructors = 0,
+                  .methods = static_cast<int>(m_methods.size()),
+                  .properties = metaObject->propertyCount() - metaObject->propertyOffset(),
+                  .events = static_cast<int>(m_signals.size()),
+                  .enums = metaObject->enumeratorCount() - metaObject->enumeratorOffset() });
+    registerClass();
+}
+
+void QtClass::initSuperClass()
+{
+    const QMetaObject *above = m_metaObject->superClass();
+    setSuperClass(above ? QtObjects::classOf(above) : nullptr);
+}
+
+Signature QtClass::signatureOf(const QMetaMethod &method) const
+{
+    Signature signature;
+    const QList<QByteArray> names = method.parameterNames();
+    for (int i = 0; i < method.parameterCount(); ++i)
+        signature.append(
+                QtValues::argumentFor(QString::fromUtf8(names.value(i)), method.parameterMetaType(i)));
+    return signature;
+}
+
+Method *QtClass::createMethod(int index) const
+{
+    const auto own = static_cast<std::size_t>(index - superClassOffset(MethodOffset));
+    const QMetaMethod method = m_metaObject->method(m_methods[own]);
+    return new Method(this, QtValues::argumentFor(QString(), method.returnMetaType()),
+                      QString::fromUtf8(method.name()), signatureOf(method), false, index);
+}
+
+Event *QtClass::createEvent(int index) const
+{
+    const auto own = static_cast<std::size_t>(index - superClassOffset(EventOffset));
+    const QMetaMethod signal = m_metaObject->method(m_signals[own]);
+    return new Event(this, QString::fromUtf8(signal.name()), signatureOf(signal), false, index);
+}
+
+Enum *QtClass::createEnum(int index) const
+{
+    const int own = index - superClassOffset(EnumOffset);
+    const QMetaEnum metaEnum = m_metaObject->enumerator(m_metaObject->enumeratorOffset() + own);
+    std::vector<Enum::Item> &items = m_enumItems.emplace_back();
+    for (int i = 0; i < metaEnum.keyCount(); ++i)
+        items.push_back({ metaEnum.key(i), metaEnum.value(i) });
+    items.push_back({ nullptr, 0 });
+    auto *created = new Enum(this, QString::fromLatin1(metaEnum.name()), items.data(), index);
+    created->setIsMask(metaEnum.isFlag());
+    return created;
+}
+
+QMetaProperty QtClass::metaProperty(int id) const
+{
+    return m_metaObject->property(m_metaObject->propertyOffset() + id - superClassOffset(PropertyOffset));
+}
+
+Property *QtClass::createProperty(int index) const
+{
+    const QMetaProperty property = metaProperty(index);
+    const Argument type = QtValues::argumentFor(QString(), property.metaType());
+    const Enum *enumerator = QtEnums::enumFor(property.enumerator());
+    return new Property(this, Argument(QString(), type.argumentClass(), type.attribute(), enumerator),
+                        QString::fromLatin1(property.name()), flagsOf(property), index);
+}
+
+SharedPtr<Object> QtClass::getProperty(int id, void *object, const Class *) const
+{
+    const QMetaProperty property = metaProperty(id);
+    auto *target = static_cast<QObject *>(object);
+    if (!target || !isUsable(target, QString::fromLatin1(property.name())))
+        return nullptr;
+    return QtValues::toObject(property.read(target));
+}
+
+bool QtClass::setProperty(int id, const SharedPtr<Object> &object, const SharedPtr<Object> &value,
+                          const Property *property) const
+{
+    if (!verifyPropertyAccess(object, property))
+        return false;
+    if (id < superClassOffset(PropertyOffset) || property->declaration())
+        return Class::setProperty(id, object, value, property);
+    const QMetaProperty target = metaProperty(id);
+    QObject *wrapped = QtObjects::unwrap(object);
+    if (!wrapped || !isUsable(wrapped, property->name()))
+        return false;
+    if (!target.isWritable())
+        return fail(QStringLiteral("Property %1 of %2 is read-only").arg(property->name(), className()));
+    const QVariant converted = QtValues::fromObject(value, target.metaType());
+    if (!converted.isValid() || !target.write(wrapped, converted)) {
+        return fail(QStringLiteral("Property %1 of %2 takes a %3, not '%4'")
+                            .arg(property->name(), className(), QString::fromLatin1(target.typeName()),
+                                 value ? value->toString() : QStringLiteral("<null>")));
+    }
+    return true;
+}
+
+SharedPtr<Object> QtClass::invoke(int id, const SharedPtr<Object> &object, const ObjectList &arguments,
+                                  const Method *method) const
+{
+    if (!verifyMethodInvocation(object, method) || !verifyMethodArgumentCount(className(), method, arguments))
+        return nullptr;
+    const auto own = static_cast<std::size_t>(id - superClassOffset(MethodOffset));
+    const QMetaMethod target = m_metaObject->method(m_methods[own]);
+    QObject *wrapped = QtObjects::unwrap(object);
+    if (!wrapped || !isUsable(wrapped, method->name()))
+        return nullptr;
+
+    // As Qt's own calls have it: the result first, then the arguments.
+    std::vector<QVariant> values { QVariant(target.returnMetaType()) };
+    for (int i = 0; i < target.parameterCount(); ++i) {
+        const QMetaType type = target.parameterMetaType(i);
+        values.push_back(QtValues::fromObject(arguments[static_cast<std::size_t>(i)], type));
+        if (!values.back().isValid() && type.id() != QMetaType::QVariant) {
+            fail(QStringLiteral("Argument %1 of %2 is no %3")
+                         .arg(QString::number(i + 1), method->name(), QString::fromLatin1(type.name())));
+            return nullptr;
+        }
+    }
+    std::vector<void *> pointers;
+    for (QVariant &value : values)
+        pointers.push_back(value.metaType().isValid() ? value.data() : &value);
+    for (int i = 0; i < target.parameterCount(); ++i) {
+        if (target.parameterType(i) == QMetaType::QVariant)
+            pointers[static_cast<std::size_t>(i) + 1] = &values[static_cast<std::size_t>(i) + 1];
+    }
+    if (target.returnType() == QMetaType::QVariant)
+        pointers[0] = &values[0];
+    try {
+        wrapped->qt_metacall(QMetaObject::InvokeMetaMethod, m_methods[own], pointers.data());
+    } catch (...) {
+        fail(QStringLiteral("%1 ended with an exception").arg(method->name()));
+        return nullptr;
+    }
+    return QtValues::toObject(values[0]);
+}
+
+} // namespace Vorkel

@@ -1,0 +1,228 @@
+#include "qtvalues.h"
+
+#include "qtclass.h"
+#include "qtenums.h"
+#include "qtobjects.h"
+#include "qtvalueclass.h"
+
+#include "objectmodel/argument.h"
+#include "objectmodel/class.h"
+#include "objectmodel/classids.h"
+#include "objectmodel/containers.h"
+#include "objectmodel/datetime.h"
+#include "objectmodel/inspector.h"
+
+#include <QDateTime>
+#include <QUrl>
+
+namespace Vorkel::QtValues {
+
+namespace {
+
+/// Which class of the object model a Qt type becomes. The others get a class of their own.
+enum class Kind { Int, Int64, Bool, Double, Text, TextList, List, Map, Date, Object, Value };
+
+struct Row
+{
+    int type;
+    Kind kind;
+};
+
+// clang-format off
+constexpr Row Rows[] = {
+    { QMetaType::Int,          Kind::Int      },
+    { QMetaType::UInt,         Kind::Int64    },
+    { QMetaType::Short,        Kind::Int      },
+    { QMetaType::UShort,       Kind::Int      },
+    { QMetaType::Char,         Kind::Int      },
+    { QMetaType::SChar,        Kind::Int      },
+    { QMetaType::UChar,        Kind::Int      },
+    { QMetaType::Long,         Kind::Int64    },
+    { QMetaType::ULong,        Kind::Int64    },
+    { QMetaType::LongLong,     Kind::Int64    },
+    { QMetaType::ULongLong,    Kind::Int64    },
+    { QMetaType::Bool,         Kind::Bool     },
+    { QMetaType::Double,       Kind::Double   },
+    { QMetaType::Float,        Kind::Double   },
+    { QMetaType::QString,      Kind::Text     },
+    { QMetaType::QChar,        Kind::Text     },
+    { QMetaType::QByteArray,   Kind::Text     },
+    { QMetaType::QUrl,         Kind::Text     },
+    { QMetaType::QStringList,  Kind::TextList },
+    { QMetaType::QVariantList, Kind::List     },
+    { QMetaType::QVariantMap,  Kind::Map      },
+    { QMetaType::QDate,        Kind::Date     },
+    { QMetaType::QDateTime,    Kind::Date     },
+};
+// clang-format on
+
+Kind kindOf(QMetaType type)
+{
+    for (const Row &row : Rows) {
+        if (row.type == type.id())
+            return row.kind;
+    }
+    if (type.flags() & QMetaType::PointerToQObject)
+        return Kind::Object;
+    return type.flags() & QMetaType::IsEnumeration ? Kind::Int : Kind::Value;
+}
+
+SharedPtr<Object> listToObject(const QVariantList &list)
+{
+    ArrayClass::Items items;
+    for (const QVariant &item : list)
+        items.push_back(toObject(item));
+    return ArrayClass::wrapObject(items);
+}
+
+SharedPtr<Object> mapToObject(const QVariantMap &map)
+{
+    MapClass::Items items;
+    for (auto entry = map.begin(); entry != map.end(); ++entry)
+        items[entry.key()] = toObject(entry.value());
+    return MapClass::wrapObject(items);
+}
+
+DateTime toModelDate(const QDateTime &value)
+{
+    const QDate date = value.date();
+    const QTime time = value.time();
+    return { date.year(), date.month(), date.day(), time.hour(), time.minute(), time.second() };
+}
+
+QDateTime fromModelDate(const DateTime &value)
+{
+    const QTime time = value.hasTime() ? QTime(value.hour, value.minute, value.second) : QTime(0, 0);
+    return QDateTime(QDate(value.year, value.month, value.day), time);
+}
+
+/// What the object is worth by itself, before it is converted to what is wanted.
+QVariant plainValue(const SharedPtr<Object> &object)
+{
+    const Class *objectClass = object->objectClass();
+    if (dynamic_cast<const QtValueClass *>(objectClass))
+        return *static_cast<const QVariant *>(object->data());
+    if (QObject *wrapped = QtObjects::unwrap(object))
+        return QVariant::fromValue(wrapped);
+    if (objectClass == objectModelDateTimeClass())
+        return fromModelDate(unwrapDateTime(object));
+    if (objectClass == ArrayClass::registeredClass()) {
+        QVariantList list;
+        for (const SharedPtr<Object> &item : ArrayClass::unwrapObject(object))
+            list.append(item && !item->isNull() ? plainValue(item) : QVariant());
+        return list;
+    }
+    if (objectClass == MapClass::registeredClass()) {
+        QVariantMap map;
+        for (const auto &[key, item] : MapClass::unwrapObject(object))
+            map.insert(key, item && !item->isNull() ? plainValue(item) : QVariant());
+        return map;
+    }
+    switch (objectClass->id()) {
+    case BoolClassId:
+        return object->toBoolean();
+    case DoubleClassId:
+        return object->toDouble();
+    case ShortClassId:
+    case IntClassId:
+        return object->toInteger();
+    case LongClassId:
+    case Int64ClassId:
+        return qlonglong(object->toInt64());
+    default:
+        return object->toString();
+    }
+}
+
+} // namespace
+
+SharedPtr<Object> toObject(const QVariant &value)
+{
+    const Inspector *inspector = Inspector::self();
+    if (!value.isValid())
+        return nullptr;
+    switch (kindOf(value.metaType())) {
+    case Kind::Int:
+        return inspector->createPrimitive(value.toInt());
+    case Kind::Int64:
+        return inspector->createPrimitive(static_cast<long long>(value.toLongLong()));
+    case Kind::Bool:
+        return inspector->createPrimitive(value.toBool());
+    case Kind::Double:
+        return inspector->createPrimitive(value.toDouble());
+    case Kind::Text:
+        return inspector->createPrimitive(value.toString().toUtf8().constData());
+    case Kind::TextList:
+        return wrap(value.toStringList());
+    case Kind::List:
+        return listToObject(value.toList());
+    case Kind::Map:
+        return mapToObject(value.toMap());
+    case Kind::Date:
+        return wrapDateTime(toModelDate(value.toDateTime()));
+    case Kind::Object:
+        return QtObjects::self()->wrap(value.value<QObject *>());
+    case Kind::Value:
+        break;
+    }
+    return QtValueClass::classOf(value.metaType())->wrapValue(value);
+}
+
+QVariant fromObject(const SharedPtr<Object> &object, QMetaType type)
+{
+    if (!object || object->isNull())
+        return type.flags() & QMetaType::PointerToQObject ? QVariant(type) : QVariant();
+    QVariant value = plainValue(object);
+    if (type.id() == QMetaType::QVariant)
+        return value;
+    if (kindOf(type) == Kind::Object) {
+        auto *wrapped = value.value<QObject *>();
+        const QMetaObject *wanted = type.metaObject();
+        if (!wrapped || (wanted && !wrapped->inherits(wanted->className())))
+            return QVariant();
+        return QVariant(type, &wrapped);
+    }
+    if (type.flags() & QMetaType::IsEnumeration) {
+        const std::optional<int> number = QtEnums::valueOf(QtEnums::metaEnumOf(type), value.toString());
+        QVariant result(type);
+        return number && QMetaType::convert(QMetaType::fromType<int>(), &*number, type, result.data())
+                ? result
+                : QVariant();
+    }
+    return value.convert(type) ? value : QVariant();
+}
+
+Argument argumentFor(const QString &name, QMetaType type)
+{
+    const Inspector *inspector = Inspector::self();
+    switch (kindOf(type)) {
+    case Kind::Int:
+        return Argument(name, inspector->type(IntClassId), QtEnums::enumFor(QtEnums::metaEnumOf(type)));
+    case Kind::Int64:
+        return Argument(name, inspector->type(Int64ClassId));
+    case Kind::Bool:
+        return Argument(name, inspector->type(BoolClassId));
+    case Kind::Double:
+        return Argument(name, inspector->type(DoubleClassId));
+    case Kind::Text:
+        return Argument(name, inspector->type(StringClassId), ObjectAttribute::Pointer);
+    case Kind::TextList:
+    case Kind::List:
+        return Argument(name, ArrayClass::registeredClass());
+    case Kind::Map:
+        return Argument(name, MapClass::registeredClass());
+    case Kind::Date:
+        return Argument(name, objectModelDateTimeClass());
+    case Kind::Object:
+        return Argument(
+                name, QtObjects::classOf(type.metaObject() ? type.metaObject() : &QObject::staticMetaObject),
+                ObjectAttribute::Pointer);
+    case Kind::Value:
+        break;
+    }
+    if (!type.isValid() || type.id() == QMetaType::Void)
+        return Argument(name, inspector->type(type.isValid() ? VoidClassId : UndefinedClassId));
+    return Argument(name, type.id() == QMetaType::QVariant ? nullptr : QtValueClass::classOf(type));
+}
+
+} // namespace Vorkel::QtValues
