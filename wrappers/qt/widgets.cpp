@@ -7,8 +7,10 @@
 #include <QApplication>
 #include <QLabel>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
+#include <tuple>
 
 namespace Vorkel {
 
@@ -25,6 +27,20 @@ bool isPopup(const QWidget *widget)
     return type == Qt::Popup || type == Qt::ToolTip || type == Qt::SplashScreen;
 }
 
+/// Qt keeps widgets in the order of their addresses, which no two runs share.
+void sortForEveryRun(QObjectList *windows)
+{
+    const QWindowList created = QGuiApplication::allWindows();
+    const auto rank = [&](const QObject *object) {
+        const auto *widget = static_cast<const QWidget *>(object);
+        const qsizetype place = created.indexOf(widget->windowHandle());
+        return std::tuple(QByteArray(object->metaObject()->className()), object->objectName(),
+                          widget->windowTitle(), place < 0 ? created.size() : place);
+    };
+    std::stable_sort(windows->begin(), windows->end(),
+                     [&](const QObject *a, const QObject *b) { return rank(a) < rank(b); });
+}
+
 class WidgetToolkit : public QtToolkit
 {
 public:
@@ -38,6 +54,7 @@ public:
             if (!widget->parent())
                 windows.append(widget);
         }
+        sortForEveryRun(&windows);
         return windows;
     }
 
