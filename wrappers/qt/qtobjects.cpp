@@ -6,6 +6,9 @@
 
 #include <QThread>
 
+#include <typeinfo>
+#include <utility>
+
 namespace Vorkel {
 
 namespace {
@@ -21,23 +24,16 @@ const QMetaObject *lastingMetaObject(const QObject *object)
 
 } // namespace
 
-QtObject::QtObject(QObject *object, const Class *objectClass, QtObjects *registry)
+QtObject::QtObject(QObject *object, const QtClass *objectClass)
     : Object(object, objectClass, ObjectAttribute(ObjectAttribute::Pointer, 0))
-    , m_registry(registry)
+    , m_object(object)
 {
-}
-
-QtObject::~QtObject()
-{
-    if (data())
-        m_registry->forget(static_cast<QObject *>(data()));
 }
 
 SharedPtr<Object> QtObject::castTo(const Class *target)
 {
     const auto *wanted = dynamic_cast<const QtClass *>(target);
-    const auto *object = static_cast<const QObject *>(data());
-    const bool isOther = wanted && object && !object->metaObject()->inherits(wanted->metaObject());
+    const bool isOther = wanted && m_object && !m_object->metaObject()->inherits(wanted->metaObject());
     return isOther ? self() : Object::castTo(target);
 }
 
@@ -52,31 +48,32 @@ SharedPtr<Object> QtObjects::wrap(QObject *object)
     // What lives in another thread may go while it is looked at.
     if (!object || object->thread() != thread())
         return nullptr;
-    if (QtObject *known = m_known.value(object))
-        return SharedPtr<Object>(known);
-    auto *created = new QtObject(object, classOf(lastingMetaObject(object)), this);
-    SharedPtr<Object> result(created);
-    m_known.insert(object, created);
+    const QMetaObject *metaObject = lastingMetaObject(object);
+    if (const auto known = m_known.constFind(object); known != m_known.constEnd() && !(*known)->isNull()) {
+        // Nobody remembers what it was cast to.
+        if (known->isOnly()
+            && static_cast<const QtClass *>((*known)->objectClass())->metaObject() != metaObject)
+            (*known)->setObjectClass(classOf(metaObject));
+        return *known;
+    }
+    const SharedPtr<Object> created(new QtObject(object, classOf(metaObject)));
+    // Another may have stood here and gone unheard.
+    if (const SharedPtr<Object> gone = std::exchange(m_known[object], created))
+        gone->invalidate();
     connect(object, &QObject::destroyed, this, &QtObjects::onDestroyed, Qt::DirectConnection);
-    return result;
+    return created;
 }
 
 QObject *QtObjects::unwrap(const SharedPtr<Object> &object)
 {
-    const auto *wrapped = dynamic_cast<const QtObject *>(object.get());
-    return wrapped ? static_cast<QObject *>(wrapped->data()) : nullptr;
+    return object && typeid(*object) == typeid(QtObject) ? static_cast<const QtObject &>(*object).object()
+                                                         : nullptr;
 }
 
 void QtObjects::onDestroyed(QObject *object)
 {
-    if (QtObject *known = m_known.take(object))
+    if (const SharedPtr<Object> known = m_known.take(object))
         known->invalidate();
-}
-
-void QtObjects::forget(QObject *object)
-{
-    m_known.remove(object);
-    disconnect(object, &QObject::destroyed, this, &QtObjects::onDestroyed);
 }
 
 const QtClass *QtObjects::classOf(const QMetaObject *metaObject)

@@ -4,14 +4,14 @@
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 
 namespace Vorkel {
 
 class QtClass;
-class QtObject;
 
-/// The QObjects that were handed out: one object for each as long as anyone holds it, invalidated at
-/// once when its QObject goes.
+/// The QObjects that were handed out: one object for each until it goes, which invalidates the object at
+/// once.
 class QtObjects : public QObject
 {
     Q_OBJECT
@@ -28,28 +28,28 @@ public:
     [[nodiscard]] static const QtClass *classOf(const QMetaObject *metaObject);
 
 private:
-    friend class QtObject;
-
     void onDestroyed(QObject *object);
-    void forget(QObject *object);
 
-    QHash<QObject *, QtObject *> m_known; // not owned: an object leaves when it goes
+    // Whoever walks through the objects comes again.
+    QHash<const QObject *, SharedPtr<Object>> m_known;
 };
 
 /// A QObject of the application. The data is the QObject.
-class QtObject : public Object
+class QtObject final : public Object
 {
 public:
-    QtObject(QObject *object, const Class *objectClass, QtObjects *registry);
-    ~QtObject() override;
+    QtObject(QObject *object, const QtClass *objectClass);
 
     /// Not to a class that the QObject is not of: it would be taken for what it is not.
     SharedPtr<Object> castTo(const Class *target) override;
     /// This: another object would not hear of the end of the QObject.
     SharedPtr<Object> dereference() override { return self(); }
+    /// Also when the QObject went unheard, because somebody had disconnected everything from it.
+    [[nodiscard]] bool isNull() const override { return !m_object; }
+    [[nodiscard]] QObject *object() const { return m_object; }
 
 private:
-    QtObjects *m_registry;
+    QPointer<QObject> m_object;
 };
 
 } // namespace Vorkel
