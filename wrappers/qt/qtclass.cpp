@@ -23,12 +23,13 @@ bool fail(const QString &text)
     return false;
 }
 
-/// Objects of other threads cannot be used from here.
-bool isUsable(const QObject *object, const QString &member)
+/// Objects of other threads cannot be used from here. `member` has the name of what is wanted of it.
+template <typename Member>
+bool isUsable(const QObject *object, const Member &member)
 {
     return object->thread() == QThread::currentThread()
             || fail(QStringLiteral("%1 of an object that lives in another thread cannot be used")
-                            .arg(member));
+                            .arg(QString::fromUtf8(member.name())));
 }
 
 bool isCallable(const QMetaMethod &method)
@@ -41,6 +42,21 @@ FUInt32 flagsOf(const QMetaProperty &property)
     return (property.isReadable() ? FUInt32(ReadableProperty) : 0)
             | (property.isWritable() ? FUInt32(WritableProperty) : 0)
             | (property.isStored() ? FUInt32(StoredProperty) : 0);
+}
+
+/// The value of a property whose type is exactly `T`, without a QVariant in between.
+template <typename T>
+SharedPtr<Object> readAs(const QMetaProperty &property, QObject *object)
+{
+    T value = {};
+    QVariant instead; // taken by those who set the status
+    int status = -1;
+    void *arguments[] = { &value, &instead, &status };
+    QMetaObject::metacall(object, QMetaObject::ReadProperty, property.propertyIndex(), arguments);
+    if (status != -1)
+        return QtValues::toObject(instead);
+    // It may have been told where else the value is.
+    return QtValues::toObject(*static_cast<const T *>(arguments[0]));
 }
 
 } // namespace
@@ -126,9 +142,20 @@ SharedPtr<Object> QtClass::getProperty(int id, void *object, const Class *) cons
 {
     const QMetaProperty property = metaProperty(id);
     auto *target = static_cast<QObject *>(object);
-    if (!target || !isUsable(target, QString::fromLatin1(property.name())))
+    if (!target || !isUsable(target, property))
         return nullptr;
-    return QtValues::toObject(property.read(target));
+    switch (property.metaType().id()) {
+    case QMetaType::Int:
+        return readAs<int>(property, target);
+    case QMetaType::Bool:
+        return readAs<bool>(property, target);
+    case QMetaType::Double:
+        return readAs<double>(property, target);
+    case QMetaType::QString:
+        return readAs<QString>(property, target);
+    default:
+        return QtValues::toObject(property.read(target));
+    }
 }
 
 bool QtClass::setProperty(int id, const SharedPtr<Object> &object, const SharedPtr<Object> &value,
@@ -140,7 +167,7 @@ bool QtClass::setProperty(int id, const SharedPtr<Object> &object, const SharedP
         return Class::setProperty(id, object, value, property);
     const QMetaProperty target = metaProperty(id);
     QObject *wrapped = QtObjects::unwrap(object);
-    if (!wrapped || !isUsable(wrapped, property->name()))
+    if (!wrapped || !isUsable(wrapped, target))
         return false;
     if (!target.isWritable())
         return fail(QStringLiteral("Property %1 of %2 is read-only").arg(property->name(), className()));
@@ -161,7 +188,7 @@ SharedPtr<Object> QtClass::invoke(int id, const SharedPtr<Object> &object, const
     const auto own = static_cast<std::size_t>(id - superClassOffset(MethodOffset));
     const QMetaMethod target = m_metaObject->method(m_methods[own]);
     QObject *wrapped = QtObjects::unwrap(object);
-    if (!wrapped || !isUsable(wrapped, method->name()))
+    if (!wrapped || !isUsable(wrapped, target))
         return nullptr;
 
     // As Qt's own calls have it: the result first, then the arguments.
