@@ -45,6 +45,13 @@ struct KnownDelegate
     const Delegate *delegate = nullptr;
 };
 
+/// How many members of a kind lie above, good until a class changes.
+struct KnownOffset
+{
+    int generation = -1;
+    int offset = 0;
+};
+
 class ClassPrivate
 {
 public:
@@ -64,6 +71,7 @@ public:
     MemberCounts declared { Class::NotDeclared, Class::NotDeclared, Class::NotDeclared, Class::NotDeclared,
                             Class::NotDeclared };
     int dynamicProperties = -1;
+    std::array<KnownOffset, Class::NumOffsetTypes> offsets;
     std::unique_ptr<MemberTables> tables;
     std::unique_ptr<std::array<KnownDelegate, Delegate::NumTypes>> delegates;
 };
