@@ -7,6 +7,8 @@
 
 namespace Vorkel {
 
+int Class::generation = 0;
+
 Class::Class()
     : d(std::make_unique<ClassPrivate>())
 {
@@ -35,7 +37,6 @@ int Class::id() const { return d->id; }
 FUInt32 Class::classFlags() const { return d->flags; }
 void Class::setClassFlags(FUInt32 flags) { d->flags = flags; }
 const MemberCounts &Class::declared() const { return d->declared; }
-void Class::setDeclared(const MemberCounts &counts) { d->declared = counts; }
 void Class::initSuperClass() { setSuperClass(nullptr); }
 // clang-format on
 
@@ -54,8 +55,15 @@ void Class::registerClass()
     d->id = Inspector::self()->registerClass(this);
 }
 
+void Class::setDeclared(const MemberCounts &counts)
+{
+    d->declared = counts;
+    ++generation;
+}
+
 void Class::setSuperClass(const Class *superClass)
 {
+    ++generation;
     d->superClass = superClass;
     d->superClassKnown = true;
 }

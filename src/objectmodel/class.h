@@ -46,6 +46,7 @@ public:
         EventOffset = 3,
         EnumOffset = 4
     };
+    static constexpr int NumOffsetTypes = 5;
 
     static constexpr int NotDeclared = -1;
     static constexpr int NotRegistered = -1;
@@ -194,8 +195,12 @@ protected:
     void setDeclared(const MemberCounts &counts);
 
 private:
+    [[nodiscard]] int numMembers(OffsetType type) const;
     [[nodiscard]] int dynamicPropertyCount() const;
     void buildProperties() const;
+
+    /// Changes whenever a class gets other members or another super class.
+    static int generation;
 
     std::unique_ptr<ClassPrivate> d;
 };

@@ -78,24 +78,35 @@ int Class::dynamicPropertyCount() const
     return d->dynamicProperties;
 }
 
+int Class::numMembers(OffsetType type) const
+{
+    switch (type) {
+    case PropertyOffset:
+        return numProperties();
+    case MethodOffset:
+        return numMethods();
+    case EventOffset:
+        return numEvents();
+    case EnumOffset:
+        return numEnums();
+    case ConstructorOffset:
+        break;
+    }
+    return 0;
+}
+
 int Class::superClassOffset(OffsetType type) const
 {
     const Class *above = super();
     if (!above)
         return 0;
-    switch (type) {
-    case PropertyOffset:
-        return above->numProperties();
-    case MethodOffset:
-        return above->numMethods();
-    case EventOffset:
-        return above->numEvents();
-    case EnumOffset:
-        return above->numEnums();
-    case ConstructorOffset:
-        break;
+    KnownOffset &known = d->offsets[type];
+    if (known.generation != generation) {
+        // Asking may change classes above.
+        const int offset = above->numMembers(type);
+        known = { generation, offset };
     }
-    return 0;
+    return known.offset;
 }
 
 const Constructor *Class::constructor(int index) const
@@ -202,6 +213,7 @@ void Class::lateAddMethod(Method *method)
     (void)this->method(superClassOffset(MethodOffset));
     d->members().methods.items.emplace_back(method);
     d->declared.methods = static_cast<int>(d->members().methods.items.size());
+    ++generation;
 }
 
 void Class::lateAddProperty(Property *property)
@@ -209,6 +221,7 @@ void Class::lateAddProperty(Property *property)
     buildProperties();
     d->members().properties.items.emplace_back(property);
     d->declared.properties = static_cast<int>(d->members().properties.items.size()) - dynamicPropertyCount();
+    ++generation;
 }
 
 void Class::lateAddEvent(Event *event)
@@ -216,6 +229,7 @@ void Class::lateAddEvent(Event *event)
     (void)this->event(superClassOffset(EventOffset));
     d->members().events.items.emplace_back(event);
     d->declared.events = static_cast<int>(d->members().events.items.size());
+    ++generation;
 }
 
 void Class::lateAddEnum(Enum *enumerator)
@@ -223,6 +237,7 @@ void Class::lateAddEnum(Enum *enumerator)
     (void)this->enumerator(superClassOffset(EnumOffset));
     d->members().enums.items.emplace_back(enumerator);
     d->declared.enums = static_cast<int>(d->members().enums.items.size());
+    ++generation;
 }
 
 std::unique_ptr<Method> Class::replaceMethod(int index, std::unique_ptr<Method> method)

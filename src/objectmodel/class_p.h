@@ -47,6 +47,13 @@ struct KnownDelegate
 
 class StaticPropertyDelegate;
 
+/// How many members of a kind lie above, good until a class changes.
+struct KnownOffset
+{
+    int generation = -1;
+    int offset = 0;
+};
+
 class ClassPrivate
 {
 public:
@@ -67,6 +74,7 @@ public:
                             Class::NotDeclared };
     int dynamicProperties = -1; // not yet counted
     const StaticPropertyDelegate *propertyDelegate = nullptr; // where they come from
+    std::array<KnownOffset, Class::NumOffsetTypes> offsets;
     std::unique_ptr<MemberTables> tables;
     std::unique_ptr<std::array<KnownDelegate, Delegate::NumTypes>> delegates;
 };

@@ -63,6 +63,8 @@ public:
     T *operator->() const { return m_object; }
     T &operator*() const { return *m_object; }
     explicit operator bool() const { return m_object; }
+    /// Whether nobody else keeps the object alive.
+    [[nodiscard]] bool isOnly() const { return m_object && m_object->m_references == 1; }
 
     friend bool operator==(const SharedPtr &a, const SharedPtr &b) { return a.m_object == b.m_object; }
     friend bool operator==(const SharedPtr &a, std::nullptr_t) { return !a.m_object; }

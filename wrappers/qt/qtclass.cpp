@@ -33,6 +33,37 @@ FUInt32 flagsOf(const QMetaProperty &property)
             | (property.isStored() ? FUInt32(StoredProperty) : 0);
 }
 
+/// The value of a property whose type is exactly `T`, without a QVariant in between.
+template <typename T>
+SharedPtr<Object> readAs(const QMetaProperty &property, QObject *object)
+{
+    T value = {};
+    QVariant instead; // taken by those who set the status
+    int status = -1;
+    void *arguments[] = { &value, &instead, &status };
+    QMetaObject::metacall(object, QMetaObject::ReadProperty, property.propertyIndex(), arguments);
+    if (status != -1)
+        return QtValues::toObject(instead);
+    // It may have been told where else the value is.
+    return QtValues::toObject(*static_cast<const T *>(arguments[0]));
+}
+
+SharedPtr<Object> read(const QMetaProperty &property, QObject *object)
+{
+    switch (property.metaType().id()) {
+    case QMetaType::Int:
+        return readAs<int>(property, object);
+    case QMetaType::Bool:
+        return readAs<bool>(property, object);
+    case QMetaType::Double:
+        return readAs<double>(property, object);
+    case QMetaType::QString:
+        return readAs<QString>(property, object);
+    default:
+        return QtValues::toObject(property.read(object));
+    }
+}
+
 } // namespace
 
 QtClass::QtClass(const QMetaObject *metaObject)
@@ -136,13 +167,12 @@ Property *QtClass::createProperty(int index) const
 
 SharedPtr<Object> QtClass::getProperty(const SharedPtr<Object> &object, const Property *property) const
 {
-    const QObject *target =
-            verifyPropertyAccess(object, property) ? usable(object, property->name()) : nullptr;
-    QVariant value;
-    const QString deed = QStringLiteral("Reading %1 of %2").arg(property->name(), className());
-    if (!target || !carryOut(deed, [&] { value = metaProperty(property->id()).read(target); }))
+    QObject *target = verifyPropertyAccess(object, property) ? usable(object, property->name()) : nullptr;
+    SharedPtr<Object> value;
+    const auto deed = [&] { return QStringLiteral("Reading %1 of %2").arg(property->name(), className()); };
+    if (!target || !carryOut(deed, [&] { value = read(metaProperty(property->id()), target); }))
         return nullptr;
-    return QtValues::toObject(value);
+    return value;
 }
 
 bool QtClass::setProperty(int id, const SharedPtr<Object> &object, const SharedPtr<Object> &value,
@@ -161,7 +191,7 @@ bool QtClass::setProperty(int id, const SharedPtr<Object> &object, const SharedP
     const QVariant converted = QtValues::fromObject(value, target.metaType());
     QtStillness::self()->disturb();
     bool isTaken = false;
-    const QString deed = QStringLiteral("Setting %1 of %2").arg(property->name(), className());
+    const auto deed = [&] { return QStringLiteral("Setting %1 of %2").arg(property->name(), className()); };
     if (converted.isValid() && !carryOut(deed, [&] { isTaken = target.write(wrapped, converted); }))
         return false;
     return isTaken || QtGuard::refuseValue(property->name(), *this, target.typeName(), value);
@@ -200,7 +230,7 @@ SharedPtr<Object> QtClass::invoke(int id, const SharedPtr<Object> &object, const
     const auto call = [&] {
         wrapped->qt_metacall(QMetaObject::InvokeMetaMethod, m_methods[own], pointers.data());
     };
-    return carryOut(method->name(), call) ? QtValues::toObject(values[0]) : nullptr;
+    return carryOut([&] { return method->name(); }, call) ? QtValues::toObject(values[0]) : nullptr;
 }
 
 } // namespace Vorkel

@@ -20,15 +20,16 @@ inline bool fail(const QString &text)
     return false;
 }
 
-/// Carries out `deed`, which runs the application's code; true unless that throws. `name` is for the reason.
-template <typename Deed>
-bool carryOut(const QString &name, Deed deed)
+/// Carries out `deed`, which runs the application's code; true unless that throws. `describe` gives what it
+/// is, for the reason.
+template <typename Describe, typename Deed>
+bool carryOut(Describe describe, Deed deed)
 {
     try {
         deed();
         return true;
     } catch (...) {
-        return fail(QStringLiteral("%1 ended with an exception").arg(name));
+        return fail(QStringLiteral("%1 ended with an exception").arg(describe()));
     }
 }
 

@@ -7,6 +7,9 @@
 #include <QEvent>
 #include <QThread>
 
+#include <typeinfo>
+#include <utility>
+
 #include <pthread.h>
 
 /// What Qt calls back for tools that look into programs; the same in all versions of Qt 6.
@@ -33,16 +36,9 @@ pthread_t ownThread;
 
 } // namespace
 
-QtObject::QtObject(QObject *object, const Class *objectClass, QtObjects *registry)
+QtObject::QtObject(QObject *object, const QtClass *objectClass)
     : Object(object, objectClass, ObjectAttribute(ObjectAttribute::Pointer, 0))
-    , m_registry(registry)
 {
-}
-
-QtObject::~QtObject()
-{
-    if (data())
-        m_registry->forget(static_cast<QObject *>(data()));
 }
 
 QtObjects *QtObjects::self()
@@ -65,35 +61,42 @@ SharedPtr<Object> QtObjects::wrap(QObject *object)
     // What lives in another thread may go while it is looked at.
     if (!object || object->thread() != thread())
         return nullptr;
-    if (QtObject *known = m_known.value(object))
-        return SharedPtr<Object>(known);
-    auto *created = new QtObject(object, classOf(lastingMetaObject(object)), this);
-    SharedPtr<Object> result(created);
-    m_known.insert(object, created);
+    const QMetaObject *metaObject = lastingMetaObject(object);
+    if (const auto known = m_known.constFind(object); known != m_known.constEnd() && !(*known)->isNull()) {
+        // Nobody remembers what it was cast to.
+        if (known->isOnly()
+            && static_cast<const QtClass *>((*known)->objectClass())->metaObject() != metaObject)
+            (*known)->setObjectClass(classOf(metaObject));
+        return *known;
+    }
+    const SharedPtr<Object> created(new QtObject(object, classOf(metaObject)));
+    // Another may have stood here and gone unheard.
+    if (const SharedPtr<Object> gone = std::exchange(m_known[object], created))
+        gone->invalidate();
     connect(object, &QObject::destroyed, this, &QtObjects::onDestroyed, Qt::DirectConnection);
     object->installEventFilter(this);
-    return result;
+    return created;
 }
 
 QObject *QtObjects::unwrap(const SharedPtr<Object> &object)
 {
-    const auto *wrapped = dynamic_cast<const QtObject *>(object.get());
-    return wrapped ? static_cast<QObject *>(wrapped->data()) : nullptr;
+    return object && typeid(*object) == typeid(QtObject) ? static_cast<QObject *>(object->data()) : nullptr;
 }
 
 bool QtObjects::eventFilter(QObject *object, QEvent *event)
 {
     // From now on it may go at any time.
-    if (QtObject *known = event->type() == QEvent::ThreadChange ? m_known.value(object) : nullptr) {
-        forget(object);
-        known->invalidate();
+    if (event->type() == QEvent::ThreadChange) {
+        object->removeEventFilter(this);
+        disconnect(object, &QObject::destroyed, this, &QtObjects::onDestroyed);
+        onDestroyed(object);
     }
     return false;
 }
 
 void QtObjects::onDestroyed(QObject *object)
 {
-    if (QtObject *known = m_known.take(object))
+    if (const SharedPtr<Object> known = m_known.take(object))
         known->invalidate();
 }
 
@@ -105,13 +108,6 @@ void QtObjects::onGone(QObject *object)
         self()->onDestroyed(object);
     if (nextOnGone)
         nextOnGone(object);
-}
-
-void QtObjects::forget(QObject *object)
-{
-    m_known.remove(object);
-    object->removeEventFilter(this);
-    disconnect(object, &QObject::destroyed, this, &QtObjects::onDestroyed);
 }
 
 const QtClass *QtObjects::classOf(const QMetaObject *metaObject)

@@ -8,10 +8,9 @@
 namespace Vorkel {
 
 class QtClass;
-class QtObject;
 
-/// The QObjects that were handed out: one object for each as long as anyone holds it, invalidated at
-/// once when its QObject goes, be it to another thread.
+/// The QObjects that were handed out: one object for each until it goes, be it to another thread, which
+/// invalidates the object at once.
 class VORKEL_EXPORT QtObjects : public QObject
 {
     Q_OBJECT
@@ -28,29 +27,23 @@ public:
     [[nodiscard]] static const QtClass *classOf(const QMetaObject *metaObject);
 
 private:
-    friend class QtObject;
-
     QtObjects();
     bool eventFilter(QObject *object, QEvent *event) override;
     void onDestroyed(QObject *object);
     static void onGone(QObject *object);
-    void forget(QObject *object);
 
-    QHash<QObject *, QtObject *> m_known; // not owned: an object leaves when it goes
+    // Whoever walks through the objects comes again.
+    QHash<const QObject *, SharedPtr<Object>> m_known;
 };
 
 /// A QObject of the application. The data is the QObject.
-class QtObject : public Object
+class QtObject final : public Object
 {
 public:
-    QtObject(QObject *object, const Class *objectClass, QtObjects *registry);
-    ~QtObject() override;
+    QtObject(QObject *object, const QtClass *objectClass);
 
     /// This: another object would not hear of the end of the QObject.
     SharedPtr<Object> dereference() override { return self(); }
-
-private:
-    QtObjects *m_registry;
 };
 
 } // namespace Vorkel

@@ -195,7 +195,7 @@ SharedPtr<Object> QtValueClass::getProperty(int id, void *object, const Class *)
         return nullptr;
     QVariant part;
     const QMetaObject *gadget = gadgetOf(m_type);
-    const QString deed = QStringLiteral("Reading a %1").arg(className());
+    const auto deed = [&] { return QStringLiteral("Reading a %1").arg(className()); };
     if (gadget
         && !QtGuard::carryOut(deed, [&] { part = gadget->property(id).readOnGadget(value->constData()); }))
         return nullptr;
@@ -217,7 +217,7 @@ bool QtValueClass::setProperty(int id, const SharedPtr<Object> &object, const Sh
     const QMetaProperty target = gadget ? gadget->property(id) : QMetaProperty();
     const QMetaType wanted = gadget ? target.metaType() : field->read(*data).metaType();
     const QVariant part = QtValues::fromObject(value, wanted);
-    const QString deed = QStringLiteral("Setting %1 of %2").arg(property->name(), className());
+    const auto deed = [&] { return QStringLiteral("Setting %1 of %2").arg(property->name(), className()); };
     bool isTaken = part.isValid();
     if (isTaken && field)
         field->write(data, part);

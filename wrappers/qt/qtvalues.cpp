@@ -16,6 +16,8 @@
 #include <QDateTime>
 #include <QUrl>
 
+#include <array>
+
 namespace Vorkel::QtValues {
 
 namespace {
@@ -57,12 +59,20 @@ constexpr Row Rows[] = {
 };
 // clang-format on
 
+/// The rows by their type. Every value that is read passes here.
+constexpr auto KindsByType = [] {
+    std::array<Kind, QMetaType::LastCoreType + 1> kinds;
+    kinds.fill(Kind::Value);
+    for (const Row &row : Rows)
+        kinds[static_cast<std::size_t>(row.type)] = row.kind;
+    return kinds;
+}();
+
 Kind kindOf(QMetaType type)
 {
-    for (const Row &row : Rows) {
-        if (row.type == type.id())
-            return row.kind;
-    }
+    const auto id = static_cast<std::size_t>(type.id());
+    if (id < KindsByType.size() && KindsByType[id] != Kind::Value)
+        return KindsByType[id];
     if (type.flags() & QMetaType::PointerToQObject)
         return Kind::Object;
     return type.flags() & QMetaType::IsEnumeration ? Kind::Int : Kind::Value;
@@ -186,6 +196,13 @@ QVariant converted(QVariant value, QMetaType type)
 
 } // namespace
 
+// clang-format off
+SharedPtr<Object> toObject(int value) { return Inspector::self()->createPrimitive(value); }
+SharedPtr<Object> toObject(bool value) { return Inspector::self()->createPrimitive(value); }
+SharedPtr<Object> toObject(double value) { return Inspector::self()->createPrimitive(value); }
+SharedPtr<Object> toObject(const QString &value) { return Inspector::self()->createPrimitive(value.toUtf8().constData()); }
+// clang-format on
+
 SharedPtr<Object> toObject(const QVariant &value)
 {
     const Inspector *inspector = Inspector::self();
@@ -193,15 +210,15 @@ SharedPtr<Object> toObject(const QVariant &value)
         return nullptr;
     switch (kindOf(value.metaType())) {
     case Kind::Int:
-        return inspector->createPrimitive(value.toInt());
+        return toObject(value.toInt());
     case Kind::Int64:
         return inspector->createPrimitive(static_cast<long long>(value.toLongLong()));
     case Kind::Bool:
-        return inspector->createPrimitive(value.toBool());
+        return toObject(value.toBool());
     case Kind::Double:
-        return inspector->createPrimitive(value.toDouble());
+        return toObject(value.toDouble());
     case Kind::Text:
-        return inspector->createPrimitive(value.toString().toUtf8().constData());
+        return toObject(value.toString());
     case Kind::TextList:
         return wrap(value.toStringList());
     case Kind::List:
