@@ -45,12 +45,12 @@ bool equalStrings(const SharedPtr<Object> &a, const SharedPtr<Object> &b)
 /// Property by property; true when at least one took part and none differed.
 bool equalProperties(const Class *ofBoth, const SharedPtr<Object> &a, const SharedPtr<Object> &b)
 {
-    static Nesting::Path path;
-    const Nesting nesting(&path, { a->data(), b->data() });
+    static Nesting::Walk walk;
+    const Nesting nesting(&walk, { ofBoth, a->data(), b->data() });
     // The two differ, if they do, in what is being compared already.
     if (nesting.isRepeated())
         return true;
-    if (nesting.isTooDeep())
+    if (nesting.isTooLong())
         return false;
     bool compared = false;
     for (int i = 0; i < ofBoth->numProperties(); ++i) {

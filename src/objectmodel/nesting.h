@@ -1,40 +1,51 @@
 #pragma once
 
 #include <algorithm>
-#include <utility>
+#include <array>
 #include <vector>
 
 namespace Vorkel {
 
 /// One step of a walk through values that refer to each other, for as long as it is on the stack.
 ///
-/// Values may refer to each other in circles, and a property may make a new value each time it is read.
-/// So a walk must end where it comes to what it is in the midst of, and at some depth.
+/// Values may refer to each other in circles and in many ways, and a property may make a new value each
+/// time it is read. So a walk must end where it comes to what it is in the midst of, at some depth, and
+/// after so many steps.
 class Nesting
 {
 public:
-    /// Tells values apart.
-    using Place = std::pair<const void *, const void *>;
-    using Path = std::vector<Place>;
+    /// Tells values, or pairs of them, apart: their class and their data. A value and its first part may lie
+    /// at the same address.
+    using Place = std::array<const void *, 3>;
 
-    /// `path` holds the steps so far.
-    Nesting(Path *path, const Place &place)
-        : m_path(path)
-        , m_isRepeated(std::find(path->begin(), path->end(), place) != path->end())
+    struct Walk
     {
-        m_path->push_back(place);
+        std::vector<Place> path;
+        int steps = 0;
+    };
+
+    Nesting(Walk *walk, const Place &place)
+        : m_walk(walk)
+        , m_isRepeated(std::find(walk->path.begin(), walk->path.end(), place) != walk->path.end())
+    {
+        walk->steps = walk->path.empty() ? 1 : walk->steps + 1;
+        walk->path.push_back(place);
     }
-    ~Nesting() { m_path->pop_back(); }
+    ~Nesting() { m_walk->path.pop_back(); }
     Nesting(const Nesting &) = delete;
     Nesting &operator=(const Nesting &) = delete;
 
     [[nodiscard]] bool isRepeated() const { return m_isRepeated; }
-    [[nodiscard]] bool isTooDeep() const { return m_path->size() > MaxDepth; }
+    [[nodiscard]] bool isTooLong() const
+    {
+        return m_walk->path.size() > MaxDepth || m_walk->steps > MaxSteps;
+    }
 
 private:
     static constexpr std::size_t MaxDepth = 32;
+    static constexpr int MaxSteps = 2000;
 
-    Path *m_path;
+    Walk *m_walk;
     bool m_isRepeated;
 };
 

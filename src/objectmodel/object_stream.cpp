@@ -24,9 +24,9 @@ const SerializeDelegate *serializerOf(const Class *objectClass)
 template <typename Visit>
 bool forEachStreamedValue(const SharedPtr<Object> &object, Visit visit)
 {
-    static Nesting::Path path;
-    const Nesting nesting(&path, { object->data(), object->objectClass() });
-    if (nesting.isRepeated() || nesting.isTooDeep())
+    static Nesting::Walk walk;
+    const Nesting nesting(&walk, { object->objectClass(), object->data() });
+    if (nesting.isRepeated() || nesting.isTooLong())
         return false;
     bool any = false;
     const Class *objectClass = object->objectClass();

@@ -119,9 +119,9 @@ QString Object::toDebugString() const
         return delegate->toDebugString(self());
     if (isNull())
         return QLatin1String("0 : ") + className();
-    static Nesting::Path path;
-    const Nesting nesting(&path, { m_data, m_class });
-    if (nesting.isRepeated() || nesting.isTooDeep())
+    static Nesting::Walk walk;
+    const Nesting nesting(&walk, { m_class, m_data });
+    if (nesting.isRepeated() || nesting.isTooLong())
         return described(*this);
     QString text = QStringLiteral("{ ");
     const int count = m_class->numProperties();

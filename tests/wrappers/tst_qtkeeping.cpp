@@ -62,7 +62,7 @@ QString valueOf(const SharedPtr<Object> &object, const QString &property)
 
 } // namespace
 
-class tst_qtobjects : public QObject
+class tst_qtkeeping : public QObject
 {
     Q_OBJECT
 
@@ -80,7 +80,7 @@ private:
     static void addWaysToGo();
 };
 
-void tst_qtobjects::givesOneObjectForEach()
+void tst_qtkeeping::givesOneObjectForEach()
 {
     QObject a;
     QObject b;
@@ -91,7 +91,7 @@ void tst_qtobjects::givesOneObjectForEach()
 }
 
 /// What nobody holds comes back as what it is.
-void tst_qtobjects::forgetsCasts()
+void tst_qtkeeping::forgetsCasts()
 {
     Things things;
     SharedPtr<Object> object = QtObjects::self()->wrap(&things);
@@ -101,7 +101,7 @@ void tst_qtobjects::forgetsCasts()
     QCOMPARE(QtObjects::self()->wrap(&things)->className(), u"Things"_s);
 }
 
-void tst_qtobjects::readsProperties_data()
+void tst_qtkeeping::readsProperties_data()
 {
     QTest::addColumn<QString>("value");
     QTest::newRow("number") << u"-7"_s;
@@ -113,25 +113,25 @@ void tst_qtobjects::readsProperties_data()
     QTest::newRow("anything") << u"whatever"_s;
 }
 
-void tst_qtobjects::readsProperties()
+void tst_qtkeeping::readsProperties()
 {
     Things things;
     QTEST(valueOf(QtObjects::self()->wrap(&things), QString::fromLatin1(QTest::currentDataTag())), "value");
 }
 
-void tst_qtobjects::addWaysToGo()
+void tst_qtkeeping::addWaysToGo()
 {
     QTest::addColumn<bool>("unheard");
     QTest::newRow("with a signal") << false;
     QTest::newRow("disconnected from everything") << true;
 }
 
-void tst_qtobjects::losesWhatHasGone_data()
+void tst_qtkeeping::losesWhatHasGone_data()
 {
     addWaysToGo();
 }
 
-void tst_qtobjects::losesWhatHasGone()
+void tst_qtkeeping::losesWhatHasGone()
 {
     QFETCH(const bool, unheard);
     auto object = std::make_unique<QObject>();
@@ -148,12 +148,12 @@ void tst_qtobjects::losesWhatHasGone()
     QCOMPARE(Inspector::self()->lastError(), u"Cannot access property objectName on null object reference"_s);
 }
 
-void tst_qtobjects::startsAnewAtSameAddress_data()
+void tst_qtkeeping::startsAnewAtSameAddress_data()
 {
     addWaysToGo();
 }
 
-void tst_qtobjects::startsAnewAtSameAddress()
+void tst_qtkeeping::startsAnewAtSameAddress()
 {
     QFETCH(const bool, unheard);
     Place place;
@@ -180,5 +180,5 @@ void tst_qtobjects::startsAnewAtSameAddress()
     QCOMPARE(second->className(), u"Dead"_s);
 }
 
-QTEST_GUILESS_MAIN(tst_qtobjects)
-#include "tst_qtobjects.moc"
+QTEST_GUILESS_MAIN(tst_qtkeeping)
+#include "tst_qtkeeping.moc"
