@@ -129,8 +129,9 @@ const SquareClass *squareClass()
 SharedPtr<Object> newShape(int width, const Class *ofClass)
 {
     SharedPtr<Object> object =
-            ofClass->wrap(new Shape { width, {} }, ObjectAttribute(ObjectAttribute::Pointer, 0));
+            shapeClass()->wrap(new Shape { width, {} }, ObjectAttribute(ObjectAttribute::Pointer, 0));
     object->setOwnsData(true);
+    object->setObjectClass(ofClass);
     return object;
 }
 
