@@ -27,7 +27,7 @@ constexpr int CachedLookups = 100'000;
 constexpr double CandidateLimit = 2;
 constexpr double CachedLimitMicroseconds = 1;
 constexpr double NameLimitMicroseconds = 20;
-constexpr double GrowthLimit = 3; // where caches end; what is not linear would be a hundred
+constexpr double GrowthLimit = 5; // caches end somewhere; what is not linear would be a hundred
 constexpr int PerBox = 100;
 
 const QString Shared = QStringLiteral("shared");

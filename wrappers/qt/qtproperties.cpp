@@ -2,7 +2,7 @@
 
 #include "qtvalues.h"
 
-#include <QMetaProperty>
+#include <QVariant>
 
 namespace Vorkel {
 
@@ -39,6 +39,21 @@ bool inherits(const QMetaObject *metaObject, const char *className)
             return true;
     }
     return false;
+}
+
+/// Without a QVariant in between.
+QString readText(const QMetaProperty &property, const QObject *object)
+{
+    QString text;
+    QVariant instead; // taken by those who set the status
+    int status = -1;
+    void *arguments[] = { &text, &instead, &status };
+    QMetaObject::metacall(const_cast<QObject *>(object), QMetaObject::ReadProperty, property.propertyIndex(),
+                          arguments);
+    if (status != -1)
+        return instead.toString();
+    // It may have been told where else the text is.
+    return *static_cast<const QString *>(arguments[0]);
 }
 
 /// Enums by their keys.
@@ -78,7 +93,7 @@ const char *captionProperty(const QMetaObject *metaObject)
     return nullptr;
 }
 
-QtPropertyReader::Slot QtPropertyReader::slotIn(const QMetaObject *metaObject)
+const QtPropertyReader::Slot &QtPropertyReader::slotIn(const QMetaObject *metaObject)
 {
     if (metaObject == m_lastMetaObject)
         return m_lastSlot;
@@ -86,8 +101,9 @@ QtPropertyReader::Slot QtPropertyReader::slotIn(const QMetaObject *metaObject)
     if (entry == m_slots.constEnd()) {
         const bool isCaption = m_property == "windowTitle"
                 || qstrcmp(m_property.constData(), captionProperty(metaObject)) == 0;
-        entry = m_slots.insert(metaObject,
-                               { metaObject->indexOfProperty(m_property.constData()), isCaption });
+        const QMetaProperty property =
+                metaObject->property(metaObject->indexOfProperty(m_property.constData()));
+        entry = m_slots.insert(metaObject, { property, property.typeId() == QMetaType::QString, isCaption });
     }
     m_lastMetaObject = metaObject;
     m_lastSlot = *entry;
@@ -96,20 +112,17 @@ QtPropertyReader::Slot QtPropertyReader::slotIn(const QMetaObject *metaObject)
 
 std::optional<QString> QtPropertyReader::read(const QObject *object)
 {
-    const QMetaObject *metaObject = object->metaObject();
-    const Slot slot = slotIn(metaObject);
-    QMetaProperty property;
-    QVariant value;
-    if (slot.index >= 0) {
-        property = metaObject->property(slot.index);
-        value = property.read(object);
-    } else if (!object->dynamicPropertyNames().isEmpty()) {
-        value = object->property(m_property.constData());
+    const Slot &slot = slotIn(object->metaObject());
+    if (slot.isText) {
+        const QString text = readText(slot.property, object);
+        return slot.isCaption ? visibleText(text) : text;
     }
-    if (!value.isValid())
-        return std::nullopt;
-    const QString text = textOf(value, property.enumerator());
-    return slot.isCaption ? visibleText(text) : text;
+    QVariant value;
+    if (slot.property.isValid())
+        value = slot.property.read(object);
+    else if (!object->dynamicPropertyNames().isEmpty())
+        value = object->property(m_property.constData());
+    return value.isValid() ? std::optional(textOf(value, slot.property.enumerator())) : std::nullopt;
 }
 
 } // namespace Vorkel

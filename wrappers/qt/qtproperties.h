@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QMetaProperty>
 #include <QObject>
 #include <QString>
 
@@ -31,13 +32,15 @@ public:
     [[nodiscard]] std::optional<QString> read(const QObject *object);
 
 private:
+    /// Where a class has the property.
     struct Slot
     {
-        int index = -1;
+        QMetaProperty property; // invalid where there is none
+        bool isText = false; // its type is QString
         bool isCaption = false;
     };
 
-    [[nodiscard]] Slot slotIn(const QMetaObject *metaObject);
+    [[nodiscard]] const Slot &slotIn(const QMetaObject *metaObject);
 
     QByteArray m_property;
     QHash<const QMetaObject *, Slot> m_slots;
