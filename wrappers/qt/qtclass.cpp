@@ -3,6 +3,7 @@
 #include "qtenums.h"
 #include "qtguard.h"
 #include "qtobjects.h"
+#include "qtreading.h"
 #include "qtstillness.h"
 #include "qtvalues.h"
 
@@ -33,21 +34,15 @@ FUInt32 flagsOf(const QMetaProperty &property)
             | (property.isStored() ? FUInt32(StoredProperty) : 0);
 }
 
-/// The value of a property whose type is exactly `T`, without a QVariant in between.
 template <typename T>
-SharedPtr<Object> readAs(const QMetaProperty &property, QObject *object)
+SharedPtr<Object> readAs(const QMetaProperty &property, const QObject *object)
 {
-    T value = {};
-    QVariant instead; // taken by those who set the status
-    int status = -1;
-    void *arguments[] = { &value, &instead, &status };
-    QMetaObject::metacall(object, QMetaObject::ReadProperty, property.propertyIndex(), arguments);
-    if (status != -1)
-        return QtValues::toObject(instead);
-    // It may have been told where else the value is.
-    return QtValues::toObject(*static_cast<const T *>(arguments[0]));
+    QVariant instead;
+    const std::optional<T> value = readExactly<T>(property, object, &instead);
+    return value ? QtValues::toObject(*value) : QtValues::toObject(instead);
 }
 
+/// The commonest types without a detour.
 SharedPtr<Object> read(const QMetaProperty &property, QObject *object)
 {
     switch (property.metaType().id()) {

@@ -1,8 +1,7 @@
 #include "qtproperties.h"
 
+#include "qtreading.h"
 #include "qtvalues.h"
-
-#include <QVariant>
 
 namespace Vorkel {
 
@@ -39,21 +38,6 @@ bool inherits(const QMetaObject *metaObject, const char *className)
             return true;
     }
     return false;
-}
-
-/// Without a QVariant in between.
-QString readText(const QMetaProperty &property, const QObject *object)
-{
-    QString text;
-    QVariant instead; // taken by those who set the status
-    int status = -1;
-    void *arguments[] = { &text, &instead, &status };
-    QMetaObject::metacall(const_cast<QObject *>(object), QMetaObject::ReadProperty, property.propertyIndex(),
-                          arguments);
-    if (status != -1)
-        return instead.toString();
-    // It may have been told where else the text is.
-    return *static_cast<const QString *>(arguments[0]);
 }
 
 /// Enums by their keys.
@@ -114,7 +98,9 @@ std::optional<QString> QtPropertyReader::read(const QObject *object)
 {
     const Slot &slot = slotIn(object->metaObject());
     if (slot.isText) {
-        const QString text = readText(slot.property, object);
+        QVariant instead;
+        const auto read = readExactly<QString>(slot.property, object, &instead);
+        const QString text = read ? *read : instead.toString();
         return slot.isCaption ? visibleText(text) : text;
     }
     QVariant value;
