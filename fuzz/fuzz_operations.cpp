@@ -60,16 +60,16 @@ private:
 
     QVariant nextArgument()
     {
-        const int kind = m_input->below(ArgumentCount);
+        const int kind = m_input->below(ArgumentKinds);
         const int value = m_input->byte();
         switch (kind) {
         case Handle:
             return value < m_given.size() ? m_given.at(m_given.size() - 1 - value) : 0;
         case Small:
             return static_cast<int>(static_cast<std::int8_t>(value));
-        case ClassId:
+        case ClassNumber:
             return value % Inspector::self()->numClasses();
-        case MinusClassId:
+        case MinusClassNumber:
             return -(value % Inspector::self()->numClasses());
         case Extreme:
             return Extremes[value % std::size(Extremes)];
@@ -79,7 +79,7 @@ private:
             return Reals[value % std::size(Reals)];
         case Truth:
             return value % 2 != 0;
-        case OperationScript::Texts:
+        case TextList:
             return QStringList(value % 9, QStringLiteral("text"));
         default:
             return QVariant();

@@ -10,15 +10,15 @@ namespace OperationScript {
 enum Argument : std::uint8_t {
     Handle, ///< the object that was given so many objects ago
     Small, ///< the byte itself, signed
-    ClassId,
-    MinusClassId,
+    ClassNumber,
+    MinusClassNumber,
     Extreme, ///< by the table below
     Text,
     Real,
     Truth,
-    Texts,
+    TextList,
     Nothing,
-    ArgumentCount
+    ArgumentKinds
 };
 
 struct Function
@@ -40,30 +40,12 @@ constexpr Function Functions[] = {
     { "parent", 1 },                { "convertToInterface", 3 },    { "sendEvent", 3 },             { "objectHasComponents", 1 },
     { "fetchObjectComponents", 1 }, { "fetchPropertyValuesAsString", 1 }, { "getVoidObject", 0 },   { "allClasses", 0 },
     { "allNamespaces", 0 },         { "numClasses", 0 },            { "getLastError", 0 },          { "invoke", 4 },
-    { "construct", 2 },             { "invoke", 2 },                { "construct", 8 },
+    { "construct", 2 },             { "invoke", 2 },                { "construct", 8 },             { "objectFind", 1 },
 };
 constexpr int Extremes[] = { -2147483647 - 1, 2147483647, -1, 0, 1000000, -1000000, 255, 65536 };
 constexpr const char *Texts[] = { "int", "long", "bool", "char", "char*", "double", "int64", "[char*", "Shape", "Square", "true",
                                   "-9223372036854775808", "1e300", "", "Vorkel_Array*", "\xc3\xbc\xe4\xb8\xad" };
 constexpr double Reals[] = { 0.0, -1.5, 1e300, -1e300, 1e-300, 2147483648.0, 9.3e18, -0.0 };
 // clang-format on
-
-/// The place of the function called `name` that reads so many arguments.
-[[nodiscard]] constexpr int placeOf(const char *name, int arguments)
-{
-    int place = 0;
-    for (const Function &function : Functions) {
-        const char *a = name;
-        const char *b = function.name;
-        while (*a && *a == *b) {
-            ++a;
-            ++b;
-        }
-        if (*a == *b && function.arguments == arguments)
-            return place;
-        ++place;
-    }
-    return -1;
-}
 
 } // namespace OperationScript

@@ -6,6 +6,7 @@
 #include "objectmodel/namespace.h"
 
 #include <QDataStream>
+#include <QStringDecoder>
 
 namespace Vorkel {
 
@@ -153,6 +154,17 @@ void Constructor::readObject(QDataStream &stream)
     m_signature.readObject(stream);
 }
 
+namespace {
+
+/// `QString::fromUtf8` takes a byte order mark for the sign of an encoding and drops it.
+QString wholeText(const char *utf8)
+{
+    QStringDecoder decode(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    return decode(utf8);
+}
+
+} // namespace
+
 void Enum::writeObject(QDataStream &stream) const
 {
     stream << m_name;
@@ -161,7 +173,7 @@ void Enum::writeObject(QDataStream &stream) const
     stream << qint32(m_count);
     stream << qint32(m_isMask);
     for (int i = 0; i < m_count; ++i) {
-        stream << QString::fromUtf8(m_items[i].key);
+        stream << wholeText(m_items[i].key);
         stream << qint32(m_items[i].value);
     }
 }

@@ -31,13 +31,40 @@ T textToWhole(const QString &text)
 
 // A type on the wire, its texts and its name.
 
+/// 64 bits on the wire, the upper half first. The old stream versions of Qt write so and read the other way
+/// round.
+struct Whole64
+{
+    long long value = 0;
+
+    Whole64() = default;
+    Whole64(long long from)
+        : value(from)
+    {
+    }
+    operator long long() const { return value; }
+
+    friend QDataStream &operator<<(QDataStream &stream, Whole64 whole)
+    {
+        return stream << static_cast<quint32>(whole.value >> 32) << static_cast<quint32>(whole.value);
+    }
+    friend QDataStream &operator>>(QDataStream &stream, Whole64 &whole)
+    {
+        quint32 upper = 0;
+        quint32 lower = 0;
+        stream >> upper >> lower;
+        whole.value = static_cast<long long>(static_cast<quint64>(upper) << 32 | lower);
+        return stream;
+    }
+};
+
 // clang-format off
 template <> struct PrimitiveTraits<short>     { using Wire = qint32; static constexpr char name[] = "short";  static QString text(short v)     { return QString::number(v); }                      static short fromText(const QString &t)     { return static_cast<short>(textToWhole<qint32>(t)); } };
 template <> struct PrimitiveTraits<int>       { using Wire = qint32; static constexpr char name[] = "int";    static QString text(int v)       { return QString::number(v); }                      static int fromText(const QString &t)       { return textToWhole<qint32>(t); } };
 template <> struct PrimitiveTraits<long>      { using Wire = qint32; static constexpr char name[] = "long";   static QString text(long v)      { return QString::number(v); }                      static long fromText(const QString &t)      { return textToWhole<qint32>(t); } };
 template <> struct PrimitiveTraits<bool>      { using Wire = quint8; static constexpr char name[] = "bool";   static QString text(bool v)      { return v ? QStringLiteral("true") : QStringLiteral("false"); } static bool fromText(const QString &t) { return textToBoolean(t); } };
 template <> struct PrimitiveTraits<double>    { using Wire = double; static constexpr char name[] = "double"; static QString text(double v)    { return QString::number(v, 'g', DoubleDigits); }   static double fromText(const QString &t)    { return t.toDouble(); } };
-template <> struct PrimitiveTraits<long long> { using Wire = qint64; static constexpr char name[] = "int64";  static QString text(long long v) { return QString::number(v); }                      static long long fromText(const QString &t) { return t.toLongLong(); } };
+template <> struct PrimitiveTraits<long long> { using Wire = Whole64; static constexpr char name[] = "int64";  static QString text(long long v) { return QString::number(v); }                      static long long fromText(const QString &t) { return t.toLongLong(); } };
 // clang-format on
 
 namespace {
