@@ -117,6 +117,13 @@ void tst_forms::refusesWithReason()
     QCOMPARE(forms.refusal(add, u"setEnabled"_s, { false }), QString());
     const QString refusal = forms.refusal(add, u"press"_s);
     QVERIFY2(refusal.endsWith(u"void press(): add is not enabled"_s), qPrintable(refusal));
+    // A runner need not care whether a property can be written.
+    const QString text = forms.call(u"createPrimitive"_s, { u"char*"_s, u"x"_s }).toString();
+    const ClassRecord *element = forms.objects().classes().byName(u"Element"_s);
+    const int name = forms.objects().classes().property(element, u"name"_s)->id;
+    const int value = text.section(u',', 0, 0).toInt();
+    QCOMPARE(forms.call(u"setProperty"_s, { add.id, name, value }), false);
+    QCOMPARE(forms.call(u"getLastError"_s, {}), u"Only the text of add can be set"_s);
 }
 
 void tst_forms::survivesWrongCasts()
