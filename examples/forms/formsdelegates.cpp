@@ -5,6 +5,8 @@
 #include "objectmodel/delegates.h"
 #include "objectmodel/inspector.h"
 
+#include <QStringList>
+
 #include <algorithm>
 
 using namespace Vorkel;
@@ -14,7 +16,8 @@ using FormsObjects::wrap;
 
 namespace {
 
-/// The tree of elements. Where an operation is given no object, it is about the top.
+/// The tree of elements. Where an operation is given no object, it is about the top; an object that is null
+/// has nothing.
 class Hierarchy : public ObjectHierarchyDelegate
 {
 public:
@@ -45,21 +48,22 @@ public:
 
     [[nodiscard]] SharedPtr<Object> parent(const SharedPtr<Object> &object) const override
     {
-        return wrap(unwrap(object)->parent);
+        const Element *element = unwrap(object);
+        return element ? wrap(element->parent) : nullptr;
     }
 
     [[nodiscard]] QString name(const SharedPtr<Object> &object) const override
     {
-        return unwrap(object)->name;
+        const Element *element = unwrap(object);
+        return element ? element->name : QString();
     }
 
     [[nodiscard]] QString qualifiedName(const SharedPtr<Object> &object) const override
     {
-        const Element *element = unwrap(object);
-        QString name = element->name;
-        while ((element = element->parent))
-            name.prepend(element->name + u'.');
-        return name;
+        QStringList names;
+        for (const Element *at = unwrap(object); at; at = at->parent)
+            names.prepend(at->name);
+        return names.join(u'.');
     }
 
     /// A number that no other toolkit's objects have.
@@ -68,8 +72,11 @@ public:
 private:
     [[nodiscard]] static const Forms::Elements &childrenOf(const SharedPtr<Object> &object)
     {
+        static const Forms::Elements none;
+        if (!object)
+            return Forms::forms;
         const Element *element = unwrap(object);
-        return element ? element->children : Forms::forms;
+        return element ? element->children : none;
     }
 };
 
@@ -86,12 +93,14 @@ public:
 
     [[nodiscard]] QString toString(const SharedPtr<Object> &object) const override
     {
-        return unwrap(object)->text;
+        const Element *element = unwrap(object);
+        return element ? element->text : QString();
     }
 
     void fromString(const SharedPtr<Object> &object, const QString &value) const override
     {
-        unwrap(object)->setText(value);
+        if (Element *element = unwrap(object))
+            element->setText(value);
     }
 };
 

@@ -26,6 +26,7 @@ private slots:
     void survivesItsElements();
     void refusesWithReason();
     void survivesWrongCasts();
+    void survivesNulls();
 };
 
 void tst_forms::obeysTheCommand_data()
@@ -135,6 +136,22 @@ void tst_forms::survivesWrongCasts()
     QVERIFY(bread.id != 0 && field);
     QCOMPARE(forms.call(u"objectCastTo"_s, { bread.id, field->id }), bread.classId);
     QCOMPARE(forms.call(u"objectToString"_s, { bread.id }), u"Bread"_s);
+}
+
+void tst_forms::survivesNulls()
+{
+    RunningProgram forms;
+    QVERIFY(forms.start(program));
+    const int null = forms.call(u"createNull"_s, { u"Element"_s }).toString().section(u',', 0, 0).toInt();
+    QVERIFY(null > 0);
+    QCOMPARE(forms.call(u"numObjects"_s, { null }), 0);
+    QCOMPARE(forms.call(u"objectByIndex"_s, { null, 0 }), QVariant());
+    QCOMPARE(forms.call(u"parent"_s, { null }), QVariant());
+    QCOMPARE(forms.call(u"objectName"_s, { null }), QVariant());
+    QCOMPARE(forms.call(u"qualifiedObjectName"_s, { null }).toString(), QString());
+    QCOMPARE(forms.call(u"objectToString"_s, { null }), u"<null>"_s);
+    (void)forms.call(u"objectFromString"_s, { null, u"x"_s });
+    QVERIFY(forms.find(u"shopping"_s).id != 0);
 }
 
 QTEST_GUILESS_MAIN(tst_forms)
