@@ -60,7 +60,8 @@ SharedPtr<Object> wrap(Element *element)
 
 Element *unwrap(const SharedPtr<Object> &object)
 {
-    return object ? static_cast<Element *>(object->data()) : nullptr;
+    const auto *ours = dynamic_cast<const ElementObject *>(object.get());
+    return ours ? static_cast<Element *>(ours->data()) : nullptr;
 }
 
 } // namespace FormsObjects
