@@ -301,8 +301,7 @@ void measureAnnouncing(bool onceOnly)
     const auto floor = [&] { return written(reader.fields()); };
     const auto ours = [&] { return hook->allClasses(); };
     const std::vector<Samples> samples = alternate(Rounds, { time(floor), time(ours) });
-    std::printf("\n%d classes, %d members, %.1f MiB:\n", reader.classes(), reader.members(),
-                size / (1 << 20));
+    std::printf("%d classes, %d members, %.1f MiB:\n", reader.classes(), reader.members(), size / (1 << 20));
     Table result({ "records of all classes", "MB/s", "ratio" });
     const auto rate = [&](double value) { return number(size / value / 1e6, 0); };
     result.add({ "write the fields", rate(samples[0].median()), "1.00" });
