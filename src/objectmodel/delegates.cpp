@@ -55,4 +55,29 @@ SharedPtr<Object> ObjectHierarchyDelegate::parent(const SharedPtr<Object> &objec
     return nullptr;
 }
 
+NativeRect GeometryDelegate::nativeGlobalBounds(const SharedPtr<Object> &object) const
+{
+    return globalBounds(object);
+}
+
+Point<ObjectCoordinates> GeometryDelegate::globalToRelative(const SharedPtr<Object> &object, int x,
+                                                            int y) const
+{
+    const NativeRect bounds = globalBounds(object);
+    if (!bounds.isValid())
+        return {};
+    return Point<ObjectCoordinates>::at(x - bounds.topLeft.x, y - bounds.topLeft.y);
+}
+
+NativePoint GeometryDelegate::relativeToGlobal(const SharedPtr<Object> &object, int x, int y) const
+{
+    const NativeRect bounds = globalBounds(object);
+    return bounds.isValid() ? NativePoint::at(bounds.topLeft.x + x, bounds.topLeft.y + y) : NativePoint();
+}
+
+NativePoint GeometryDelegate::relativeToNative(const SharedPtr<Object> &object, int x, int y) const
+{
+    return relativeToGlobal(object, x, y);
+}
+
 } // namespace Vorkel

@@ -2,6 +2,7 @@
 
 #include "objectmodel/delegate.h"
 #include "objectmodel/object.h"
+#include "shared/geometry/geometry.h"
 
 class QDataStream;
 
@@ -36,6 +37,29 @@ public:
     [[nodiscard]] virtual SharedPtr<Object> parent(const SharedPtr<Object> &object) const;
     /// What `Object::wrapperType` gives.
     [[nodiscard]] virtual int wrapperType() const = 0;
+};
+
+/// Says where objects are on the screen.
+class VORKEL_EXPORT GeometryDelegate : public Delegate
+{
+public:
+    explicit GeometryDelegate(const QString &className)
+        : Delegate(className, GeometryType)
+    {
+    }
+
+    /// In the toolkit's own units; a negative width or height for what is nowhere.
+    [[nodiscard]] virtual NativeRect globalBounds(const SharedPtr<Object> &object) const = 0;
+    /// In native pixels, as input and pictures have them. Default: the bounds.
+    [[nodiscard]] virtual NativeRect nativeGlobalBounds(const SharedPtr<Object> &object) const;
+
+    // Points, from and to the top left corner of the object; an undefined point for what is nowhere.
+    // Default: by the bounds.
+
+    [[nodiscard]] virtual Point<ObjectCoordinates> globalToRelative(const SharedPtr<Object> &object, int x,
+                                                                    int y) const;
+    [[nodiscard]] virtual NativePoint relativeToGlobal(const SharedPtr<Object> &object, int x, int y) const;
+    [[nodiscard]] virtual NativePoint relativeToNative(const SharedPtr<Object> &object, int x, int y) const;
 };
 
 /// Turns objects into text and numbers and back.
