@@ -1,6 +1,10 @@
 #include "qtsetup.h"
 
+#include "qtclass.h"
+#include "qtfunctions.h"
+#include "qtgeometry.h"
 #include "qthierarchy.h"
+#include "qtlibraries.h"
 #include "qtobjects.h"
 
 #include <QDebug>
@@ -24,15 +28,6 @@ constexpr ToolkitLibrary ToolkitLibraries[] = {
 };
 // clang-format on
 
-/// The path of the library `name`, which stands beside this one. A bare name would be looked for where
-/// whoever loads libraries says, and that need not be this library.
-QByteArray pathOf(const char *name)
-{
-    Dl_info self = {};
-    const QByteArray own(::dladdr(ToolkitLibraries, &self) != 0 ? self.dli_fname : "");
-    return own.first(own.lastIndexOf('/') + 1) + name;
-}
-
 /// Loads what is of use to this program.
 void loadToolkits()
 {
@@ -41,11 +36,11 @@ void loadToolkits()
         if (!used)
             continue;
         ::dlclose(used);
-        void *ours = ::dlopen(pathOf(library.ours).constData(), RTLD_NOW | RTLD_LOCAL);
-        if (void *entry = ours ? ::dlsym(ours, "vorkel_qt_add_toolkit") : nullptr)
-            reinterpret_cast<void (*)()>(entry)();
+        const auto entry = QtLibraries::load(library.ours, "vorkel_qt_add_toolkit");
+        if (entry.isOk())
+            reinterpret_cast<void (*)()>(entry.value())();
         else
-            qWarning("vorkel: cannot load %s: %s", library.ours, ::dlerror());
+            qWarning("vorkel: %s", qUtf8Printable(entry.error()));
     }
 }
 
@@ -57,7 +52,9 @@ void setUpQtObjectModel()
     // Delegates live as long as the process.
     new QtHierarchyDelegate(QStringLiteral("QObject"));
     new QtHierarchyDelegate(QStringLiteral("Vorkel::ToplevelQt"));
-    (void)QtObjects::classOf(&QObject::staticMetaObject);
+    new QtGeometryDelegate(QStringLiteral("QObject"));
+    QtFunctions::registerCommon();
+    QtFunctions::registerFor(QtObjects::classOf(&QObject::staticMetaObject));
 }
 
 } // namespace Vorkel

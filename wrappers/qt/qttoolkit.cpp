@@ -1,6 +1,10 @@
 #include "qttoolkit.h"
 
+#include "qtobjects.h"
+#include "qtwindowtarget.h"
+
 #include <QCoreApplication>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -12,6 +16,17 @@ std::vector<const QtToolkit *> &toolkits()
 {
     static auto *const known = new std::vector<const QtToolkit *>;
     return *known;
+}
+
+/// The first answer that is none of the empty ones.
+template <typename Ask>
+auto firstOf(Ask ask) -> decltype(ask(static_cast<const QtToolkit *>(nullptr)))
+{
+    for (const QtToolkit *toolkit : toolkits()) {
+        if (auto answer = ask(toolkit))
+            return answer;
+    }
+    return {};
 }
 
 bool any(bool (QtToolkit::*question)(const QObject *) const, const QObject *object)
@@ -54,11 +69,7 @@ bool isVisible(const QObject *object) { return any(&QtToolkit::isVisible, object
 
 QObject *labelled(const QObject *object)
 {
-    for (const QtToolkit *toolkit : toolkits()) {
-        if (QObject *found = toolkit->labelled(object))
-            return found;
-    }
-    return nullptr;
+    return firstOf([=](const QtToolkit *toolkit) { return toolkit->labelled(object); });
 }
 
 const QtToolkit *ofItemClass(const QString &className)
@@ -76,6 +87,33 @@ ObjectList visibleItems(const SharedPtr<Object> &container)
             return items;
     }
     return {};
+}
+
+SharedPtr<Object> itemByText(const SharedPtr<Object> &container, const QString &text)
+{
+    return firstOf([&](const QtToolkit *toolkit) { return toolkit->itemByText(container, text); });
+}
+
+SharedPtr<Object> itemByPlace(const SharedPtr<Object> &container, int row, int column)
+{
+    return firstOf([&](const QtToolkit *toolkit) { return toolkit->itemByPlace(container, row, column); });
+}
+
+std::unique_ptr<QtTarget> target(const SharedPtr<Object> &object)
+{
+    if (auto found = firstOf([&](const QtToolkit *toolkit) { return toolkit->target(object); }))
+        return found;
+    auto *window = qobject_cast<QWindow *>(QtObjects::unwrap(object));
+    return window ? std::make_unique<QtWindowTarget>(window) : nullptr;
+}
+
+QImage picture(QWindow *window)
+{
+    for (const QtToolkit *toolkit : toolkits()) {
+        if (QImage image = toolkit->picture(window); !image.isNull())
+            return image;
+    }
+    return window->screen() ? window->screen()->grabWindow(window->winId()).toImage() : QImage();
 }
 
 } // namespace Vorkel::QtToolkits

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "qttarget.h"
+
 #include "objectmodel/object.h"
 
 #include <QObject>
 #include <QObjectList>
 
+#include <memory>
 #include <vector>
 
 namespace Vorkel {
@@ -27,6 +30,11 @@ public:
     /// What `object` is the label of; null for objects that are no label.
     [[nodiscard]] virtual QObject *labelled(const QObject *object) const = 0;
 
+    /// What a person can do with the object; null when it cannot be pointed at, such as a model.
+    [[nodiscard]] virtual std::unique_ptr<QtTarget> target(const SharedPtr<Object> &object) const = 0;
+    /// The picture of a window that this toolkit fills; null for others.
+    [[nodiscard]] virtual QImage picture(QWindow *window) const = 0;
+
     // Items: what can be pointed at and is no QObject, such as the rows of a list
 
     [[nodiscard]] virtual bool isItemClass(const QString &className) const = 0;
@@ -35,6 +43,11 @@ public:
     /// The item of `container` that `name` describes; null when there is none.
     [[nodiscard]] virtual SharedPtr<Object> findItem(const SharedPtr<Object> &container,
                                                      const ObjectName &name) const = 0;
+    /// The first item of `container` that bears this text; null when there is none.
+    [[nodiscard]] virtual SharedPtr<Object> itemByText(const SharedPtr<Object> &container,
+                                                       const QString &text) const = 0;
+    [[nodiscard]] virtual SharedPtr<Object> itemByPlace(const SharedPtr<Object> &container, int row,
+                                                        int column) const = 0;
 };
 
 /// All toolkits of this process together. Each lives as long as the process.
@@ -52,6 +65,11 @@ VORKEL_EXPORT void add(const QtToolkit *toolkit);
 /// The toolkit that has items of this class; null when none has.
 [[nodiscard]] const QtToolkit *ofItemClass(const QString &className);
 [[nodiscard]] ObjectList visibleItems(const SharedPtr<Object> &container);
+[[nodiscard]] SharedPtr<Object> itemByText(const SharedPtr<Object> &container, const QString &text);
+[[nodiscard]] SharedPtr<Object> itemByPlace(const SharedPtr<Object> &container, int row, int column);
+/// By the toolkit that knows the object; windows are known without one.
+[[nodiscard]] std::unique_ptr<QtTarget> target(const SharedPtr<Object> &object);
+[[nodiscard]] VORKEL_EXPORT QImage picture(QWindow *window);
 
 /// Visits all objects, parents before their children, until `visit(object, window)` gives false;
 /// `window` is the one that the object is or stands in, null when there is none.

@@ -4,6 +4,7 @@
 #include "qtenums.h"
 #include "qtguard.h"
 #include "qtobjects.h"
+#include "qtpictureclass.h"
 #include "qtvalueclass.h"
 
 #include "objectmodel/argument.h"
@@ -23,7 +24,7 @@ namespace Vorkel::QtValues {
 namespace {
 
 /// Which class of the object model a Qt type becomes. The others get a class of their own.
-enum class Kind { Int, Int64, Bool, Double, Text, TextList, List, Map, Date, Object, Value };
+enum class Kind { Int, Int64, Bool, Double, Text, TextList, List, Map, Date, Image, Pixmap, Object, Value };
 
 struct Row
 {
@@ -56,12 +57,14 @@ constexpr Row Rows[] = {
     { QMetaType::QVariantMap,  Kind::Map      },
     { QMetaType::QDate,        Kind::Date     },
     { QMetaType::QDateTime,    Kind::Date     },
+    { QMetaType::QImage,       Kind::Image    },
+    { QMetaType::QPixmap,      Kind::Pixmap   },
 };
 // clang-format on
 
 /// The rows by their type. Every value that is read passes here.
 constexpr auto KindsByType = [] {
-    std::array<Kind, QMetaType::LastCoreType + 1> kinds;
+    std::array<Kind, QMetaType::LastGuiType + 1> kinds;
     kinds.fill(Kind::Value);
     for (const Row &row : Rows)
         kinds[static_cast<std::size_t>(row.type)] = row.kind;
@@ -135,6 +138,10 @@ QVariant plainValue(const SharedPtr<Object> &object, int depth = 0)
         return *static_cast<const QVariant *>(object->data());
     if (QObject *wrapped = QtObjects::unwrap(object))
         return QVariant::fromValue(wrapped);
+    if (const QImage *image = QtPictureClass<QImage>::unwrapPicture(object))
+        return *image;
+    if (const QPixmap *pixmap = QtPictureClass<QPixmap>::unwrapPicture(object))
+        return *pixmap;
     if (objectClass == objectModelDateTimeClass())
         return fromModelDate(unwrapDateTime(object));
     if (objectClass == ArrayClass::registeredClass()) {
@@ -227,6 +234,10 @@ SharedPtr<Object> toObject(const QVariant &value)
         return mapToObject(value.toMap());
     case Kind::Date:
         return wrapDateTime(toModelDate(value.toDateTime()));
+    case Kind::Image:
+        return QtPictureClass<QImage>::wrapPicture(value.value<QImage>());
+    case Kind::Pixmap:
+        return QtPictureClass<QPixmap>::wrapPicture(value.value<QPixmap>());
     case Kind::Object:
         return objectOf(value.value<QObject *>());
     case Kind::Value:
@@ -280,6 +291,10 @@ Argument argumentFor(const QString &name, QMetaType type)
         return Argument(name, MapClass::registeredClass());
     case Kind::Date:
         return Argument(name, objectModelDateTimeClass());
+    case Kind::Image:
+        return Argument(name, QtPictureClass<QImage>::self());
+    case Kind::Pixmap:
+        return Argument(name, QtPictureClass<QPixmap>::self());
     case Kind::Object:
         return Argument(
                 name, QtObjects::classOf(type.metaObject() ? type.metaObject() : &QObject::staticMetaObject),

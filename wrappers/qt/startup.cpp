@@ -1,5 +1,6 @@
 // Brings the hook up in a program that knows nothing of it.
 
+#include "qtplatform.h"
 #include "qtsetup.h"
 #include "qtwrapper.h"
 
@@ -27,18 +28,17 @@ void startHook()
 {
     if (qEnvironmentVariableIsEmpty("VORKEL_RUNNERID"))
         return;
-    // Lives as long as the process, and longer than any one application object.
-    static QtWrapper *wrapper = nullptr;
-    if (!wrapper) {
+    static bool isFirst = true;
+    if (std::exchange(isFirst, false)) {
         setUpQtObjectModel();
-        wrapper = new QtWrapper;
-        Hook::connectAndCreateHook(wrapper, new AUTProcess, nullptr, 0);
+        // The plug-in lives as long as the process.
+        Hook::connectAndCreateHook(QtWrapper::self(), new AUTProcess, createQtPlatform(), 0);
     } else if (Hook::hook) {
         Hook::hook->watchConnection();
     }
     // The first thing that the event loop does. Such an order goes with its application object, so
     // each gets one.
-    QMetaObject::invokeMethod(wrapper, completeHookUp, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(QtWrapper::self(), completeHookUp, Qt::QueuedConnection);
 }
 
 Q_COREAPP_STARTUP_FUNCTION(startHook)

@@ -40,6 +40,8 @@ public:
     [[nodiscard]] bool isSelected() const override { return m_view && m_view->selectionModel() && m_view->selectionModel()->isSelected(m_index); }
     [[nodiscard]] bool isEnabled() const override { return m_index.flags() & Qt::ItemIsEnabled; }
     [[nodiscard]] QString toolTip() const override { return m_index.data(Qt::ToolTipRole).toString(); }
+    [[nodiscard]] QWidget *surface() const override { return m_view ? m_view->viewport() : nullptr; }
+    [[nodiscard]] QRect area() const override { return m_view ? m_view->visualRect(m_index) : QRect(); }
     // clang-format on
     [[nodiscard]] bool isSame(const WidgetItem &other) const override
     {
@@ -52,6 +54,13 @@ public:
         if (!m_view || !above.isValid() || above == m_view->rootIndex())
             return nullptr;
         return std::make_unique<ModelItem>(m_view, above);
+    }
+
+    bool reveal() const override
+    {
+        if (m_view)
+            m_view->scrollTo(m_index);
+        return surface() && area().intersects(surface()->rect());
     }
 
     [[nodiscard]] QModelIndex index() const { return m_index; }
@@ -158,6 +167,9 @@ public:
     [[nodiscard]] bool isSelected() const override { return Facts::isSelected(*m_bar, m_index); }
     [[nodiscard]] bool isEnabled() const override { return Facts::isEnabled(*m_bar, m_index); }
     [[nodiscard]] QString toolTip() const override { return Facts::toolTip(*m_bar, m_index); }
+    [[nodiscard]] QWidget *surface() const override { return m_bar ? Facts::surface(*m_bar) : nullptr; }
+    [[nodiscard]] QRect area() const override { return m_bar ? Facts::area(*m_bar, m_index) : QRect(); }
+    bool reveal() const override { return m_bar && Facts::reveal(*m_bar, m_index); }
     // clang-format on
     [[nodiscard]] bool isSame(const WidgetItem &other) const override
     {
@@ -211,6 +223,9 @@ struct TabFacts
     static bool isEnabled(const QTabBar &bar, int index) { return bar.isTabEnabled(index); }
     static bool isVisible(const QTabBar &bar, int index) { return bar.isTabVisible(index); }
     static QString toolTip(const QTabBar &bar, int index) { return bar.tabToolTip(index); }
+    static QWidget *surface(QTabBar &bar) { return &bar; }
+    static QRect area(const QTabBar &bar, int index) { return bar.tabRect(index); }
+    static bool reveal(const QTabBar &, int) { return false; }
 };
 
 struct SectionFacts
@@ -222,8 +237,30 @@ struct SectionFacts
     static bool isEnabled(const QHeaderView &bar, int) { return bar.isEnabled(); }
     static bool isVisible(const QHeaderView &bar, int index) { return !bar.isSectionHidden(index) && bar.sectionViewportPosition(index) < (bar.orientation() == Qt::Horizontal ? bar.viewport()->width() : bar.viewport()->height()); }
     static QString toolTip(const QHeaderView &bar, int index) { return data(bar, index, Qt::ToolTipRole).toString(); }
+    static QWidget *surface(QHeaderView &bar) { return bar.viewport(); }
+    static QRect area(const QHeaderView &bar, int index);
+    static bool reveal(const QHeaderView &bar, int index);
 };
 // clang-format on
+
+QRect SectionFacts::area(const QHeaderView &bar, int index)
+{
+    const int at = bar.sectionViewportPosition(index);
+    const int size = bar.sectionSize(index);
+    return bar.orientation() == Qt::Horizontal ? QRect(at, 0, size, bar.viewport()->height())
+                                               : QRect(0, at, bar.viewport()->width(), size);
+}
+
+/// A header goes along with the view that it heads.
+bool SectionFacts::reveal(const QHeaderView &bar, int index)
+{
+    auto *view = qobject_cast<QAbstractItemView *>(bar.parentWidget());
+    if (!view || !view->model() || bar.isSectionHidden(index))
+        return false;
+    const bool isHorizontal = bar.orientation() == Qt::Horizontal;
+    view->scrollTo(isHorizontal ? view->model()->index(0, index) : view->model()->index(index, 0));
+    return area(bar, index).intersects(bar.viewport()->rect());
+}
 
 } // namespace
 

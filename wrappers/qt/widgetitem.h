@@ -3,6 +3,7 @@
 #include "objectmodel/object.h"
 #include "objectmodel/objectname.h"
 
+#include <QRect>
 #include <QString>
 #include <QVariant>
 
@@ -33,6 +34,12 @@ public:
     [[nodiscard]] virtual bool isEnabled() const = 0;
     [[nodiscard]] virtual QString toolTip() const = 0;
     [[nodiscard]] virtual bool isSame(const WidgetItem &other) const = 0;
+
+    /// The widget that shows it, and where on that. An empty area when it cannot be seen.
+    [[nodiscard]] virtual QWidget *surface() const = 0;
+    [[nodiscard]] virtual QRect area() const = 0;
+    /// Scrolls and opens what it stands in until it can be seen; whether it can then.
+    virtual bool reveal() const = 0;
 
     /// The item that it stands in; null when that is the widget.
     [[nodiscard]] virtual std::unique_ptr<WidgetItem> parent() const { return nullptr; }

@@ -1,5 +1,6 @@
 #include "widgetitemclass.h"
 
+#include "qtobjects.h"
 #include "qtvalues.h"
 
 #include "hook/classregistrar.h"
@@ -82,6 +83,14 @@ const WidgetItem *WidgetItemClass::unwrapItem(const SharedPtr<Object> &object)
     if (!object || object->isNull() || !dynamic_cast<const WidgetItemClass *>(object->objectClass()))
         return nullptr;
     return static_cast<const WidgetItem *>(object->data());
+}
+
+std::unique_ptr<WidgetItemSource> WidgetItemClass::sourceOf(const SharedPtr<Object> &container)
+{
+    if (const WidgetItem *item = unwrapItem(container))
+        return itemSource(item->widget(), item);
+    auto *widget = qobject_cast<QWidget *>(QtObjects::unwrap(container));
+    return widget ? itemSource(widget, nullptr) : nullptr;
 }
 
 std::optional<QString> WidgetItemClass::propertyText(const WidgetItem &item, const QString &property)

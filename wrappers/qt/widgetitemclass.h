@@ -19,6 +19,10 @@ public:
     [[nodiscard]] static SharedPtr<Object> wrapItem(std::unique_ptr<WidgetItem> item);
     /// The item behind `object`; null when there is none or it is gone.
     [[nodiscard]] static const WidgetItem *unwrapItem(const SharedPtr<Object> &object);
+    /// The items of a widget or of one of its items; null for what has none.
+    [[nodiscard]] static std::unique_ptr<WidgetItemSource> sourceOf(const SharedPtr<Object> &container);
+    /// Makes the classes known, so that functions may take such items.
+    [[nodiscard]] static const Class *classFor(const char *name) { return named(name); }
     /// The text of a property; nothing when items have none of this name.
     [[nodiscard]] static std::optional<QString> propertyText(const WidgetItem &item, const QString &property);
 

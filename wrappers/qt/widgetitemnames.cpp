@@ -23,14 +23,6 @@ const QString TextKey = QStringLiteral("text");
 const QString RowKey = QStringLiteral("row");
 const QString ColumnKey = QStringLiteral("column");
 
-std::unique_ptr<WidgetItemSource> sourceOf(const SharedPtr<Object> &container)
-{
-    if (const WidgetItem *item = WidgetItemClass::unwrapItem(container))
-        return itemSource(item->widget(), item);
-    auto *widget = qobject_cast<QWidget *>(QtObjects::unwrap(container));
-    return widget ? itemSource(widget, nullptr) : nullptr;
-}
-
 std::unique_ptr<WidgetItemSource> sourceAround(const WidgetItem &item)
 {
     const std::unique_ptr<WidgetItem> above = item.parent();
@@ -121,7 +113,7 @@ QString localName(const WidgetItem &item)
 ObjectList WidgetItemHierarchy::visibleItems(const SharedPtr<Object> &container)
 {
     ObjectList list;
-    if (const auto source = sourceOf(container)) {
+    if (const auto source = WidgetItemClass::sourceOf(container)) {
         for (std::unique_ptr<WidgetItem> &item : source->visible())
             list.push_back(WidgetItemClass::wrapItem(std::move(item)));
     }
@@ -130,7 +122,7 @@ ObjectList WidgetItemHierarchy::visibleItems(const SharedPtr<Object> &container)
 
 SharedPtr<Object> WidgetItemHierarchy::findItem(const SharedPtr<Object> &container, const ObjectName &name)
 {
-    const std::unique_ptr<WidgetItemSource> source = sourceOf(container);
+    const std::unique_ptr<WidgetItemSource> source = WidgetItemClass::sourceOf(container);
     const PropertyMap demands = name.properties();
     int left = name.occurrenceValue();
     if (!source || left < 1)

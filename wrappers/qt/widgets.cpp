@@ -1,7 +1,13 @@
 // What the wrapper knows of Qt Widgets; loaded into programs that use them.
 
+#include "actiontarget.h"
+#include "itemtarget.h"
+#include "qtfunctions.h"
+#include "qtgeometry.h"
+#include "qtobjects.h"
 #include "qttoolkit.h"
 #include "widgetitemnames.h"
+#include "widgetitemsearch.h"
 
 #include <QAction>
 #include <QApplication>
@@ -96,7 +102,29 @@ public:
                            [&](const char *name) { return className == QLatin1String(name); });
     }
 
+    [[nodiscard]] std::unique_ptr<QtTarget> target(const SharedPtr<Object> &object) const override
+    {
+        if (const WidgetItem *item = WidgetItemClass::unwrapItem(object))
+            return std::make_unique<ItemTarget>(*item);
+        QObject *unwrapped = QtObjects::unwrap(object);
+        if (auto *action = qobject_cast<QAction *>(unwrapped))
+            return std::make_unique<ActionTarget>(action);
+        auto *widget = qobject_cast<QWidget *>(unwrapped);
+        return widget ? std::make_unique<WidgetTarget>(widget) : nullptr;
+    }
+
+    [[nodiscard]] QImage picture(QWindow *window) const override
+    {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (widget->windowHandle() == window)
+                return widget->grab().toImage();
+        }
+        return QImage();
+    }
+
     // clang-format off
+    [[nodiscard]] SharedPtr<Object> itemByText(const SharedPtr<Object> &container, const QString &text) const override { return WidgetItemSearch::byText(container, text); }
+    [[nodiscard]] SharedPtr<Object> itemByPlace(const SharedPtr<Object> &container, int row, int column) const override { return WidgetItemSearch::byPlace(container, row, column); }
     [[nodiscard]] ObjectList visibleItems(const SharedPtr<Object> &container) const override { return WidgetItemHierarchy::visibleItems(container); }
     [[nodiscard]] SharedPtr<Object> findItem(const SharedPtr<Object> &container, const ObjectName &name) const override { return WidgetItemHierarchy::findItem(container, name); }
     // clang-format on
@@ -111,6 +139,9 @@ extern "C" VORKEL_EXPORT void vorkel_qt_add_toolkit()
 {
     // They live as long as the process.
     Vorkel::QtToolkits::add(new Vorkel::WidgetToolkit);
-    for (const char *name : Vorkel::WidgetItemClass::Names)
+    for (const char *name : Vorkel::WidgetItemClass::Names) {
         new Vorkel::WidgetItemHierarchy(QString::fromLatin1(name));
+        new Vorkel::QtGeometryDelegate(QString::fromLatin1(name));
+        Vorkel::QtFunctions::registerFor(Vorkel::WidgetItemClass::classFor(name));
+    }
 }

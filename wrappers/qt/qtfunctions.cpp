@@ -1,0 +1,76 @@
+#include "qtfunctions.h"
+
+#include "qtinputcount.h"
+#include "qttoolkit.h"
+#include "qtvalues.h"
+#include "qtwrapper.h"
+
+#include "hook/platform/commonwrapperapi.h"
+#include "objectmodel/argument.h"
+#include "objectmodel/classids.h"
+#include "objectmodel/globalobject.h"
+#include "objectmodel/inspector.h"
+
+namespace Vorkel::QtFunctions {
+
+namespace {
+
+SharedPtr<Object> inputCount(const ObjectList &, const Class *)
+{
+    return QtValues::toObject(QtInputCount::self()->count());
+}
+
+SharedPtr<Object> grabWidget(const ObjectList &arguments, const Class *)
+{
+    const std::unique_ptr<QtTarget> target = QtToolkits::target(arguments[0]);
+    const QImage picture = target ? target->picture() : QImage();
+    return picture.isNull() ? nullptr : QtValues::toObject(picture);
+}
+
+SharedPtr<Object> doubleClick(const ObjectList &arguments, const Class *)
+{
+    const int modifiers = arguments.size() > 1 ? arguments[1]->toInteger() : 0;
+    const int button = arguments.size() > 2 ? arguments[2]->toInteger() : int(MouseButton::LeftButton);
+    const VoidResult result = QtWrapper::self()->doubleClick(
+            arguments[0], {}, static_cast<MouseButton::Value>(button), modifiers);
+    if (result.isOk())
+        return Inspector::self()->voidObject();
+    Inspector::self()->setError(result.error());
+    return nullptr;
+}
+
+void add(GlobalMethod::ListCaller caller, const Argument &result, const char *name,
+         const Signature &signature)
+{
+    Inspector::self()->globalClass()->addMethod(
+            std::make_unique<GlobalMethod>(caller, result, QString::fromLatin1(name), signature));
+}
+
+Argument ofType(const char *name, int classId)
+{
+    return Argument(QString::fromLatin1(name), Inspector::self()->type(classId));
+}
+
+} // namespace
+
+void registerCommon()
+{
+    CommonWrapperAPI::registerTypes();
+    CommonWrapperAPI::registerClipboardFunctions();
+    CommonWrapperAPI::registerNativeFunctions();
+    CommonWrapperAPI::registerConsoleFunctions();
+    add(inputCount, ofType("", IntClassId), "_vorkel_input_count", {});
+}
+
+void registerFor(const Class *objectClass)
+{
+    const Argument object(QStringLiteral("object"), objectClass, ObjectAttribute::Pointer);
+    const Argument modifiers = ofType("modifiers", IntClassId);
+    const Argument nothing = ofType("", VoidClassId);
+    add(grabWidget, QtValues::argumentFor(QString(), QMetaType(QMetaType::QImage)), "grabWidget", { object });
+    add(doubleClick, nothing, "doubleClick", { object });
+    add(doubleClick, nothing, "doubleClick", { object, modifiers });
+    add(doubleClick, nothing, "doubleClick", { object, modifiers, ofType("button", IntClassId) });
+}
+
+} // namespace Vorkel::QtFunctions

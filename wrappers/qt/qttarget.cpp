@@ -1,0 +1,7 @@
+#include "qttarget.h"
+
+namespace Vorkel {
+
+QtTarget::~QtTarget() = default;
+
+} // namespace Vorkel
