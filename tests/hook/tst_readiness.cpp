@@ -1,5 +1,7 @@
 #include "things.h"
 
+#include "hook/platform/screen.h"
+
 #include <QTest>
 
 using namespace Things;
@@ -15,6 +17,7 @@ private slots:
     void tellsBounds();
     void spies();
     void survivesItsWrapper();
+    void knowsNoScreensWithoutGui();
 };
 
 void tst_readiness::tellsWhatKeepsObjects_data()
@@ -119,6 +122,15 @@ void tst_readiness::survivesItsWrapper()
     QVERIFY(!session.call(u"objectReady2"_s, { session.id(session.thing) }).isValid());
     QVERIFY(session.error().contains(u"'QtGUIObject'"_s));
     session.hook->handleSend(1, u"setObjectMap"_s, { QString() });
+}
+
+void tst_readiness::knowsNoScreensWithoutGui()
+{
+    StandardScreen screen;
+    QCOMPARE(screen.screenCount().error(), u"Cannot fetch screen count"_s);
+    QCOMPARE(screen.screenOrientation(0).error(), u"Cannot fetch screen orientation"_s);
+    QCOMPARE(screen.screenGeometry(0).error(), u"Cannot fetch screen geometry"_s);
+    QCOMPARE(screen.screenGeometry(0).value(), NativeRect::at(-1, -1, -1, -1));
 }
 
 QTEST_GUILESS_MAIN(tst_readiness)
