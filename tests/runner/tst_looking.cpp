@@ -155,7 +155,7 @@ private slots:
             const qsizetype read = std::upper_bound(ends.begin(), ends.end(), length) - ends.begin() - 1;
             QCOMPARE(records.isOk(), ends.contains(length));
             if (records.isOk())
-                QCOMPARE(records.value().classes().size(), read);
+                QCOMPARE(static_cast<qsizetype>(records.value().classes().size()), read);
             else
                 QVERIFY(records.error().startsWith(u"the program's class number %1 ("_s.arg(read)));
         }
