@@ -43,8 +43,8 @@ struct X11PluginParameter
     bool second;
 };
 
-[[nodiscard]] VORKEL_EXPORT FunctionCallResult<PlatformPlugin *>
-tryCreateX11PlatformPlugin(const char *displayName);
+[[nodiscard]] VORKEL_EXPORT FunctionCallResult<PlatformPlugin *> tryCreateX11PlatformPlugin(
+        const char *displayName);
 /// As above; a failure becomes a plug-in that refuses everything with its text. The caller's, never null.
 [[nodiscard]] VORKEL_EXPORT PlatformPlugin *createX11PlatformPlugin(const char *displayName);
 [[nodiscard]] VORKEL_EXPORT PlatformPlugin *createX11PlatformPlugin(void *display, bool first, bool second);

@@ -46,4 +46,27 @@ public:
     // clang-format on
 };
 
+/// Has another one draw, which is the caller's; null for none, and then nothing is drawn. The mode of the
+/// tool tip stays each highlighter's own.
+class VORKEL_EXPORT WidgetHighlighterForwarder : public WidgetHighlighter
+{
+public:
+    explicit WidgetHighlighterForwarder(WidgetHighlighter *target) { setImplementation(target); }
+
+    void setImplementation(WidgetHighlighter *target) { m_target = target ? target : &m_nothing; }
+
+    // clang-format off
+    void setGeometry(const NativeRect &area) override { m_target->setGeometry(area); }
+    void setToolTip(const QString &text) override { m_target->setToolTip(text); }
+    void updateToolTip() override { m_target->updateToolTip(); }
+    [[nodiscard]] bool isVisible() const override { return m_target->isVisible(); }
+    void show() override { m_target->show(); }
+    void hide() override { m_target->hide(); }
+    // clang-format on
+
+private:
+    NullWidgetHighlighter m_nothing;
+    WidgetHighlighter *m_target;
+};
+
 } // namespace Vorkel
