@@ -1,5 +1,5 @@
 #include "commands.h"
-#include "objecttree.h"
+#include "look.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -42,6 +42,10 @@ Failure RemoteObjects::createValue(const QVariant &value, const QString &classNa
 {
     if (value.typeId() == QMetaType::QVariantList || value.typeId() == QMetaType::QVariantMap)
         return createContainer(value, created);
+    if (value.metaType() == QMetaType::fromType<ObjectHandle>()) {
+        *created = value.value<ObjectHandle>();
+        return {};
+    }
     if (!value.isValid()) {
         return callObject(QStringLiteral("createNull"), { className },
                           QStringLiteral("the program has no class '%1'").arg(className), created);
@@ -95,6 +99,31 @@ Failure RemoteObjects::textOf(const ObjectHandle &object, QString *text)
     const bool isContainer =
             value.typeId() == QMetaType::QVariantList || value.typeId() == QMetaType::QVariantMap;
     *text = isContainer ? toJsonText(value) : value.toString();
+    return failure;
+}
+
+Failure RemoteObjects::describe(const ObjectHandle &object, QString *text)
+{
+    return textOf(object, text);
+}
+
+/// A value of `type`, which may name an enum.
+Failure RemoteObjects::toValue(const ObjectHandle &object, const ArgumentRecord &type, QVariant *value)
+{
+    if (const EnumRecord *enumerator = m_classes.enumOf(type)) {
+        const Failure failure = valueOf(object, value);
+        *value = toText(*enumerator, value->toInt());
+        return failure;
+    }
+    const ClassRecord *record = nullptr;
+    if (const Failure failure = classOf(object, &record); failure.isFailure())
+        return failure;
+    if (object.classId <= VoidClass || record->name == ArrayName || record->name == MapName)
+        return valueOf(object, value);
+    // What says something of itself is a value: a colour, a date, an address.
+    const Failure failure = call(QStringLiteral("objectToString"), { object.id }, value);
+    if (!failure.isFailure() && value->toString().isEmpty())
+        *value = QVariant::fromValue(object);
     return failure;
 }
 

@@ -2,6 +2,8 @@
 
 #include "injection.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QEventLoop>
 #include <QScopeGuard>
 #include <QTimer>
@@ -12,6 +14,9 @@ namespace {
 
 constexpr int TickMs = 200;
 constexpr int EndAfterConnectionMs = 500;
+
+/// Where the program finds what belongs to this command, such as plug-ins: the folder above `bin`.
+const QString PrefixVariable = QStringLiteral("VORKEL_PREFIX");
 
 } // namespace
 
@@ -48,8 +53,14 @@ QProcessEnvironment Session::programEnvironment(const QString &preload) const
     environment.insert(QStringLiteral("VORKEL_PORT"), QString::number(m_server.port()));
     environment.insert(QStringLiteral("VORKEL_APPID"), QString::number(Registrar::FirstApplication));
     environment.insert(QStringLiteral("VORKEL_RECORD"), QStringLiteral("0"));
+    if (!environment.contains(PrefixVariable))
+        environment.insert(
+                PrefixVariable,
+                QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(QStringLiteral("..")));
     if (!m_settings.platform.isEmpty())
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), m_settings.platform);
+    for (auto entry = m_settings.environment.begin(); entry != m_settings.environment.end(); ++entry)
+        environment.insert(entry.key(), *entry);
     return environment;
 }
 
@@ -80,6 +91,7 @@ void Session::takeIn(AsyncMessageChannel *channel, const ClientData &data)
     m_application = application;
     m_milestones.shookHands = m_sinceStart.nsecsElapsed();
     connect(application, &Application::stageChanged, this, &Session::noteStage);
+    connect(application, &Application::classesAnnounced, this, &Session::classesAnnounced);
 }
 
 void Session::noteStage()
@@ -95,6 +107,8 @@ Failure Session::call(const QString &name, const ArgumentList &arguments, Argume
         void response(const FunctionCallResult<ArgumentList> &outcome) override { result = outcome; }
         std::optional<FunctionCallResult<ArgumentList>> result;
     };
+    if (const Failure lost = whyNot(); lost.isFailure())
+        return lost;
     Listener listener;
     const int callId = m_application->call(name, arguments, &listener);
     const Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
@@ -117,6 +131,25 @@ Failure Session::send(const QString &name, const ArgumentList &arguments)
         return {};
     const Failure lost = whyNot();
     return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, QStringLiteral("could not be sent") };
+}
+
+void Session::quit(int limitMs)
+{
+    if (isConnected())
+        m_application->send(QStringLiteral("close"), {});
+    QEventLoop loop;
+    connect(&m_program, &Program::ended, &loop, &QEventLoop::quit);
+    connect(&m_interrupt, &Interrupt::requested, &loop, &QEventLoop::quit);
+    QTimer::singleShot(limitMs, &loop, &QEventLoop::quit);
+    if (!m_program.hasEnded() && !m_interrupted)
+        loop.exec();
+    m_program.end();
+}
+
+bool Session::hasEndedWell()
+{
+    return m_application && !m_application->isOpen() && m_program.awaitEnd(EndAfterConnectionMs)
+            && m_program.endedWell();
 }
 
 void Session::idle(int ms)

@@ -8,6 +8,7 @@
 #include "tcpserver.h"
 
 #include <QElapsedTimer>
+#include <QMap>
 
 #include <functional>
 #include <optional>
@@ -21,6 +22,7 @@ struct SessionSettings
     quint16 port = 0; ///< 0: the system picks one
     int timeoutMs = 30000; ///< for the program to connect and run, and for each reply
     QString platform; ///< Qt's platform plug-in for the program; empty leaves it to the program
+    QMap<QString, QString> environment {}; ///< variables of the program besides those of this process
 };
 
 /// When the program reached each stage, in nanoseconds since it was started.
@@ -50,14 +52,29 @@ public:
     /// Sends a one-way message.
     Failure send(const QString &name, const ArgumentList &arguments);
 
+    /// How long to wait for each reply from here on.
+    void setReplyLimit(int ms) { m_settings.timeoutMs = ms; }
+    /// Asks the program to end as its user would, and waits for that, for at most `limitMs`. What does not
+    /// end is ended.
+    void quit(int limitMs);
+
     /// Lets so much time pass, in which the program may go on.
     void idle(int ms);
 
     [[nodiscard]] const Milestones &milestones() const { return m_milestones; }
     /// The name under which the program announced itself.
     [[nodiscard]] QString programName() const { return m_application ? m_application->name() : QString(); }
+    /// Whether the program can be talked to.
+    [[nodiscard]] bool isConnected() const { return m_application && m_application->isOpen(); }
+    /// Whether the program has ended by itself, and well. One that has closed the connection gets a moment
+    /// for its end.
+    [[nodiscard]] bool hasEndedWell();
+    /// Why nothing more can come of the program; no failure while something can.
+    Failure whyNot();
 
 signals:
+    /// The program has announced classes.
+    void classesAnnounced(const QByteArray &records);
     /// While something is waited for: what for, and for how long already.
     void waiting(const QString &what, int elapsedMs);
     /// It is waited for no longer.
@@ -67,7 +84,6 @@ private:
     Failure listen();
     [[nodiscard]] QProcessEnvironment programEnvironment(const QString &preload) const;
     Failure waitUntil(const QString &what, const std::function<bool()> &happened);
-    Failure whyNot();
     Failure endedBeforeConnecting() const;
     Failure lacksQt(const QString &until) const;
     [[nodiscard]] QString withLastWords(const QString &text) const;
