@@ -20,6 +20,9 @@ public:
     {
         return FormsObjects::unwrap(object) != nullptr;
     }
+    [[nodiscard]] bool isObjectReady(const SharedPtr<Object> &) const override { return true; }
+    void setSpying(bool) override {}
+    void recordingStopped() override {}
 };
 
 void completeHookUp()

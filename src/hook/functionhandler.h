@@ -37,6 +37,8 @@ QVariant toReply(Hook &hook, const Result &result)
 {
     if constexpr (std::is_same_v<Result, SharedPtr<Object>>) {
         return hook.objectToVariant(result);
+    } else if constexpr (std::is_same_v<Result, VoidResult>) {
+        return result.isOk() ? QVariant(true) : QVariant(result.error());
     } else if constexpr (isOptional<Result>) {
         return result ? toReply(hook, *result) : QVariant();
     } else if constexpr (std::is_integral_v<Result> && sizeof(Result) == sizeof(qlonglong)) {
@@ -47,13 +49,16 @@ QVariant toReply(Hook &hook, const Result &result)
     }
 }
 
-// What an argument becomes: Qt's plain conversion, so a bad value is 0 or empty.
+// What an argument becomes: the object that the runner knows by a number, or Qt's plain conversion, so a bad
+// value is null, 0 or empty.
 
 template <typename Argument>
-Argument fromArgument(const QVariant &value)
+Argument fromArgument([[maybe_unused]] const Hook &hook, const QVariant &value)
 {
     if constexpr (std::is_same_v<Argument, QVariant>)
         return value;
+    else if constexpr (std::is_same_v<Argument, SharedPtr<Object>>)
+        return hook.objectById(value.toInt());
     else
         return value.value<Argument>();
 }
@@ -77,20 +82,39 @@ QVariant apply(Hook &hook, const ArgumentList &arguments, std::index_sequence<In
 {
     return invokeForReply<Result>(hook, [&]() -> Result {
         return (owner<Owner>(hook)
-                .*Operation)(fromArgument<std::remove_cvref_t<Arguments>>(arguments.value(Index))...);
+                .*Operation)(fromArgument<std::remove_cvref_t<Arguments>>(hook, arguments.value(Index))...);
     });
 }
 
-/// `Operation` takes the values of the list, one by one.
+template <typename... Arguments>
+constexpr bool takesList = std::is_same_v<std::tuple<Arguments...>, std::tuple<const ArgumentList &>>;
+
+/// `Operation` takes the values of the list, one by one, or the list itself.
 template <auto Operation, typename Owner, typename Result, typename... Arguments>
 QVariant convertAndApply(Hook &hook, const ArgumentList &arguments)
 {
-    if constexpr (std::is_same_v<std::tuple<Arguments...>, std::tuple<const ArgumentList &>>)
+    if constexpr (takesList<Arguments...>)
         return invokeForReply<Result>(hook,
                                       [&]() -> Result { return (owner<Owner>(hook).*Operation)(arguments); });
     else
         return apply<Operation, Owner, Result, Arguments...>(hook, arguments,
                                                              std::index_sequence_for<Arguments...>());
+}
+
+/// The same for an operation that owes its answer to a listener.
+template <auto Operation, typename Owner, typename... Arguments>
+void convertAndStart(Hook &hook, const ArgumentList &arguments, ResponseListener<ArgumentList> *listener)
+{
+    if constexpr (takesList<Arguments...>) {
+        (owner<Owner>(hook).*Operation)(listener, arguments);
+    } else {
+        [&]<std::size_t... Index>(std::index_sequence<Index...>)
+        {
+            (owner<Owner>(hook).*Operation)(
+                    listener, fromArgument<std::remove_cvref_t<Arguments>>(hook, arguments.value(Index))...);
+        }
+        (std::index_sequence_for<Arguments...>());
+    }
 }
 
 template <auto Operation>
@@ -112,5 +136,19 @@ struct Deduced<Operation>
 /// The handler of `Operation`, an operation of `Hook`, `AUTProcess` or `InspectorInterface`.
 template <auto Operation>
 constexpr auto call = Deduced<Operation>::handler;
+
+template <auto Operation>
+struct DeducedLater;
+
+template <typename Owner, typename... Arguments,
+          void (Owner::*Operation)(ResponseListener<ArgumentList> *, Arguments...)>
+struct DeducedLater<Operation>
+{
+    static constexpr auto handler = convertAndStart<Operation, Owner, Arguments...>;
+};
+
+/// The same for an operation that answers later, through the listener that is its first argument.
+template <auto Operation>
+constexpr auto callLater = DeducedLater<Operation>::handler;
 
 } // namespace Vorkel::FunctionHandling

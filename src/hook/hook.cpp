@@ -2,6 +2,7 @@
 
 #include "hook/autprocess.h"
 #include "hook/hook_p.h"
+#include "hook/platform/screenfunctions.h"
 #include "hook/wrapper.h"
 
 #include <QSocketNotifier>
@@ -20,6 +21,7 @@ Hook::Hook(IPC *ipc, int runnerId, Wrapper *wrapper, AUTProcess *process, Platfo
     , m_hookFlags(hookFlags)
 {
     d->platformPlugin = plugin;
+    registerScreenFunctions();
     m_ipc->setHandler(this);
     m_ipc->setParent(this);
     addWrapper(wrapper);
@@ -46,8 +48,14 @@ Hook::~Hook()
 
 void Hook::addWrapper(Wrapper *wrapper)
 {
-    if (wrapper && !d->wrappers.contains(wrapper))
-        d->wrappers.append(wrapper);
+    if (!wrapper || d->wrappers.contains(wrapper))
+        return;
+    d->wrappers.append(wrapper);
+    // It is its owner's, who may be done with it before the hook goes.
+    connect(wrapper, &QObject::destroyed, this, [this, wrapper] {
+        if (d)
+            d->wrappers.removeAll(wrapper);
+    });
 }
 
 const QList<Wrapper *> &Hook::wrappers() const

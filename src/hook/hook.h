@@ -1,13 +1,16 @@
 #pragma once
 
 #include "fkit/export.h"
+#include "hook/platform/mousebutton.h"
 #include "objectmodel/object.h"
 #include "serverlib/ipc.h"
 #include "serverlib/ipcresponsehandleriface.h"
+#include "shared/geometry/geometry.h"
 
 #include <QObject>
 #include <QPointer>
 
+#include <list>
 #include <memory>
 #include <optional>
 
@@ -20,9 +23,12 @@ class GlobalMethod;
 class HookPrivate;
 class Method;
 class Namespace;
+class NativeInterface;
 class PlatformPlugin;
 class Property;
+class Screen;
 class Wrapper;
+struct SpyObject;
 
 /// The one object of an application through which the library meets the runner.
 ///
@@ -157,6 +163,59 @@ public:
     /// The properties that did not match when an object was last looked for in vain, by candidate.
     [[nodiscard]] QVariantMap getUnmatchedProperties() const;
 
+    // Readiness (hook_readiness.cpp): asked again and again until the object is ready; nothing here waits
+
+    /// The object, or null with the reason as last error.
+    SharedPtr<Object> getObjectIfReady(const SharedPtr<Object> &object);
+    SharedPtr<Object> getObjectIfReady(const QString &name);
+    /// An item of the object, by its text or by row and column; or null with the reason as last error.
+    SharedPtr<Object> getObjectItemIfReady(const SharedPtr<Object> &object, const QString &item);
+    SharedPtr<Object> getObjectItemIfReady(const QString &name, const QString &item);
+    SharedPtr<Object> getObjectItemIfReady(const SharedPtr<Object> &object, int row, int column);
+    SharedPtr<Object> getObjectItemIfReady(const QString &name, int row, int column);
+    /// A "ScreenRectangle"; null with the reason as last error.
+    [[nodiscard]] SharedPtr<Object> objectGlobalBounds(const SharedPtr<Object> &object) const;
+    /// Appends what stands below the object called `name`, or at the top for an empty name. False when that
+    /// cannot be told.
+    bool spyObjects(const QString &name, std::list<SpyObject> *list);
+    /// The same as a record for the runner.
+    std::optional<QByteArray> spiedObjects(const QString &name);
+
+    // Input (hook_input.cpp): by the platform plug-in. The reason of a failure is the last error.
+
+    /// A key by its one character, or by its name in angle brackets.
+    bool keyPress(const QString &key, bool press) const;
+    /// Moves the pointer or presses a button, on an object, a "ScreenRectangle", a "ScreenPoint" or the
+    /// screen. Bits of `flags` say what was given: 1 the object, 2 the modifiers, 4 the button, 8 the point.
+    bool mousePress(const SharedPtr<Object> &object, int flags, int x, int y, int button, int modifiers,
+                    bool isButton, bool press) const;
+
+    // The same without objects; points are native pixels. What the numbers of touches and key codes mean is
+    // the platform's own.
+
+    VoidResult rawMouseEvent(int type, int x, int y, int button) const;
+    VoidResult rawScrollEvent(int delta) const;
+    VoidResult rawKeycodeEvent(unsigned int code, unsigned int modifiers, unsigned int set, bool down) const;
+    VoidResult rawKeyEvent(const QString &key, bool down) const;
+    VoidResult rawTouchEvent(unsigned int type, int x, int y, unsigned int first, unsigned int second) const;
+    [[nodiscard]] QStringList nativeCapabilities() const;
+    /// Answers with a list of pairs, name and number.
+    void getExtraKeys(ResponseListener<ArgumentList> *listener, const ArgumentList &arguments);
+    /// The plug-in's; null without one.
+    [[nodiscard]] NativeInterface *nativeInterface() const;
+
+    // Pictures (hook_images.cpp), in the form in which they travel; an invalid value where there is none
+
+    /// By the platform plug-in, else by the first wrapper that can.
+    QVariant desktopScreenshot();
+    /// After `delayMs` milliseconds, in which the application goes on. `argument` is the toolkit's own.
+    QVariant grabObjectScreenshot(int id, int argument, int delayMs);
+    /// A picture of the application's own, as PNG.
+    QVariant getPixmapAsImage(int id);
+    void rawScreenshot(ResponseListener<ArgumentList> *listener, int argument);
+    [[nodiscard]] Screen *screen() const;
+    void setScreen(const SharedPtr<Screen> &screen);
+
     // Members (hook_members.cpp). A target is an object id, or a class id with its sign turned. Lists
     // of arguments hold two numbers, as the comments say, and object ids behind them.
 
@@ -246,6 +305,8 @@ private:
     SharedPtr<Object> invokeChecked(const Method &method, const SharedPtr<Object> &object,
                                     const ObjectList &arguments) const;
     void announce(const QString &name, const QByteArray &record);
+    bool pressOnScreen(const NativePoint &point, MouseButton::Value button, int modifiers, bool isButton,
+                       bool press) const;
 
     std::unique_ptr<HookPrivate> d;
     IPC *m_ipc;

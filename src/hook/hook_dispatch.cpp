@@ -33,7 +33,7 @@ QVariant answer(Hook &hook, const RemoteFunction *function, const QString &name,
         return QStringLiteral("Internal error: synchronous call to ") + QLatin1String(function->label);
     if (!function->arguments.accepts(arguments.size()))
         return refuseCount(*function);
-    return function->handler ? function->handler(hook, arguments) : unhandled(name);
+    return function->handler.answer ? function->handler.answer(hook, arguments) : unhandled(name);
 }
 
 void traceCall(FUInt32 caller, const QString &name, const ArgumentList &arguments)
@@ -59,7 +59,9 @@ void Hook::handleCall(FUInt32 caller, const QString &name, const ArgumentList &a
         return listener->response(ArgumentList(answer(*this, function, name, arguments)));
     if (!function->arguments.accepts(arguments.size()))
         return listener->response(FunctionCallResult<ArgumentList>::failure(wrongCountText(function->id)));
-    listener->response(ArgumentList(unhandled(name)));
+    if (!function->handler.answerLater)
+        return listener->response(ArgumentList(unhandled(name)));
+    function->handler.answerLater(*this, arguments, listener);
 }
 
 void Hook::handleSend(FUInt32 sender, const QString &name, const ArgumentList &arguments)
@@ -71,8 +73,8 @@ void Hook::handleSend(FUInt32 sender, const QString &name, const ArgumentList &a
         return;
     if (!function->arguments.accepts(arguments.size()))
         logLine(wrongCountText(function->id));
-    else if (function->handler)
-        function->handler(*this, arguments);
+    else if (function->handler.answer)
+        function->handler.answer(*this, arguments);
 }
 
 void Hook::setRunnerId(int id)

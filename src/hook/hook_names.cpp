@@ -18,6 +18,8 @@ SharedPtr<Object> Hook::objectFind(const QString &name)
 
 Wrapper *Hook::wrapperForObject(const SharedPtr<Object> &object) const
 {
+    if (!object)
+        return nullptr;
     const auto owner = std::find_if(d->wrappers.begin(), d->wrappers.end(),
                                     [&](const Wrapper *each) { return each->ownsObject(object); });
     return owner == d->wrappers.end() ? nullptr : *owner;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hook/objectdictionary.h"
+#include "hook/platform/screen.h"
 #include "objectmodel/objectmap.h"
 
 #include <QList>
@@ -18,6 +19,8 @@ public:
     ObjectDictionary objects; // what the runner holds handles to
     QList<Wrapper *> wrappers; // in the order of registration
     PlatformPlugin *platformPlugin = nullptr;
+    SharedPtr<Screen> screen = SharedPtr<Screen>(new StandardScreen);
+    bool pointerHeld = false; // whether moving the pointer means to drag
     std::unique_ptr<ObjectMap> objectMap = std::make_unique<ObjectMap>(false);
     int namingScheme = 0; // what its values mean is between runner and wrappers
 };

@@ -11,7 +11,7 @@ namespace Vorkel {
 namespace {
 
 // Known by name and arguments, not served yet.
-constexpr FunctionHandler Later = nullptr;
+constexpr FunctionHandler Later;
 
 // clang-format off
 consteval ArgumentCount anyCount() { return {}; }
@@ -25,6 +25,7 @@ consteval WrongCount replies(const char *text) { return { WrongCount::IsReply, t
 
 using enum FunctionKind;
 using FunctionHandling::call;
+using FunctionHandling::callLater;
 
 #define VORKEL_FUNCTION(id) id, #id
 
@@ -57,16 +58,16 @@ constexpr RemoteFunction Functions[] = {
     { VORKEL_FUNCTION(F_ObjectCompare),               "objectCompare",                  Call,      exactly(2),    call<&Hook::objectCompare> },
     { VORKEL_FUNCTION(F_ObjectIsNull),                "objectIsNull",                   Call,      exactly(1),    call<&Hook::objectIsNull> },
     { VORKEL_FUNCTION(F_ObjectFind),                  "objectFind",                     Call,      exactly(1),    call<&Hook::objectFind> },
-    { VORKEL_FUNCTION(F_ObjectReady),                 "objectReady",                    Call,      exactly(1),    Later },
-    { VORKEL_FUNCTION(F_ObjectReady2),                "objectReady2",                   Call,      exactly(1),    Later, logs("Hook::handleCall: F_ObjectReady: wrong number of arguments") },
-    { VORKEL_FUNCTION(F_GetObjectItemIfReady),        "getObjectItemIfReady",           Call,      exactly(2),    Later },
-    { VORKEL_FUNCTION(F_GetObjectItemIfReady2),       "getObjectItemIfReady2",          Call,      exactly(2),    Later },
+    { VORKEL_FUNCTION(F_ObjectReady),                 "objectReady",                    Call,      exactly(1),    call<qOverload<const QString &>(&Hook::getObjectIfReady)> },
+    { VORKEL_FUNCTION(F_ObjectReady2),                "objectReady2",                   Call,      exactly(1),    call<qOverload<const SharedPtr<Object> &>(&Hook::getObjectIfReady)>, logs("Hook::handleCall: F_ObjectReady: wrong number of arguments") },
+    { VORKEL_FUNCTION(F_GetObjectItemIfReady),        "getObjectItemIfReady",           Call,      exactly(2),    call<qOverload<const QString &, const QString &>(&Hook::getObjectItemIfReady)> },
+    { VORKEL_FUNCTION(F_GetObjectItemIfReady2),       "getObjectItemIfReady2",          Call,      exactly(2),    call<qOverload<const SharedPtr<Object> &, const QString &>(&Hook::getObjectItemIfReady)> },
     { VORKEL_FUNCTION(F_ObjectCast),                  "objectCastTo",                   Call,      exactly(2),    call<&Hook::objectCastTo> },
-    { VORKEL_FUNCTION(F_ObjectGlobalBounds),          "objectGlobalBounds",             Call,      exactly(1),    Later },
+    { VORKEL_FUNCTION(F_ObjectGlobalBounds),          "objectGlobalBounds",             Call,      exactly(1),    call<&Hook::objectGlobalBounds> },
     { VORKEL_FUNCTION(F_ObjectReference),             "objectReference",                Call,      exactly(1),    call<&Hook::objectReference> },
     { VORKEL_FUNCTION(F_ObjectDereference),           "objectDereference",              Call,      exactly(1),    call<&Hook::objectDereference> },
     { VORKEL_FUNCTION(F_Object),                      "objects",                        Call,      exactly(1),    call<&Hook::objects> },
-    { VORKEL_FUNCTION(F_SpyObjects),                  "spyObjects",                     Call,      exactly(1),    Later, logs("Hook::handleCall: spyObjects: wrong number of arguments") },
+    { VORKEL_FUNCTION(F_SpyObjects),                  "spyObjects",                     Call,      exactly(1),    call<&Hook::spiedObjects>, logs("Hook::handleCall: spyObjects: wrong number of arguments") },
     { VORKEL_FUNCTION(F_CreatePrimitive),             "createPrimitive",                Call,      exactly(2),    call<&Hook::createPrimitive> },
     { VORKEL_FUNCTION(F_CreateNull),                  "createNull",                     Call,      exactly(1),    call<&Hook::createNull> },
     { VORKEL_FUNCTION(F_GetVoidObject),               "getVoidObject",                  Call,      exactly(0),    call<&Hook::getVoidObject> },
@@ -129,30 +130,30 @@ constexpr RemoteFunction Functions[] = {
     { VORKEL_FUNCTION(F_SetNamingScheme),             "namingScheme",                   Send,      exactly(1),    call<&Hook::setNamingScheme> },
     { VORKEL_FUNCTION(F_ConvertName),                 "convertName",                    Call,      atLeast(2),    call<&Hook::convertName> },
     { VORKEL_FUNCTION(F_ObjectDescriptorData),        "objectDescriptorData",           Send,      atLeast(1),    call<&Hook::addObjectDescriptorData> },
-    { VORKEL_FUNCTION(F_DesktopScreenshot),           "desktopScreenshot",              Call,      anyCount(),    Later },
-    { VORKEL_FUNCTION(F_GetPixmapAsImage),            "getPixmapAsImage",               Call,      exactly(1),    Later },
+    { VORKEL_FUNCTION(F_DesktopScreenshot),           "desktopScreenshot",              Call,      anyCount(),    call<&Hook::desktopScreenshot> },
+    { VORKEL_FUNCTION(F_GetPixmapAsImage),            "getPixmapAsImage",               Call,      exactly(1),    call<&Hook::getPixmapAsImage> },
     { VORKEL_FUNCTION(F_GetUnmatchedProperties),      "getUnmatchedProperties",         Call,      exactly(0),    call<&Hook::getUnmatchedProperties> },
     { VORKEL_FUNCTION(F_SetError),                    "setError",                       Call,      exactly(1),    call<&InspectorInterface::setError> },
     { VORKEL_FUNCTION(F_SetRecorderId),               "setRecorderId",                  Send,      atLeast(1),    Later },
     { VORKEL_FUNCTION(F_StopRecord),                  "stopRecord",                     Send,      exactly(0),    Later },
-    { VORKEL_FUNCTION(F_KeyPress),                    "keyPress",                       Call,      exactly(2),    Later, logs("Hook::handleCall: F_KeyPress: number of arguments is wrong") },
-    { VORKEL_FUNCTION(F_MousePress),                  "mousePress",                     Call,      exactly(8),    Later, logs("Hook::handleCall: F_MousePress: number of arguments is wrong") },
-    { VORKEL_FUNCTION(F_GetObjectItemByRowColIfReady),"getObjectItemByRowColIfReady",   Call,      exactly(3),    Later },
-    { VORKEL_FUNCTION(F_GetObjectItemByRowColIfReady2),"getObjectItemByRowColIfReady2",  Call,      exactly(3),    Later },
+    { VORKEL_FUNCTION(F_KeyPress),                    "keyPress",                       Call,      exactly(2),    call<&Hook::keyPress>, logs("Hook::handleCall: F_KeyPress: number of arguments is wrong") },
+    { VORKEL_FUNCTION(F_MousePress),                  "mousePress",                     Call,      exactly(8),    call<&Hook::mousePress>, logs("Hook::handleCall: F_MousePress: number of arguments is wrong") },
+    { VORKEL_FUNCTION(F_GetObjectItemByRowColIfReady),"getObjectItemByRowColIfReady",   Call,      exactly(3),    call<qOverload<const QString &, int, int>(&Hook::getObjectItemIfReady)> },
+    { VORKEL_FUNCTION(F_GetObjectItemByRowColIfReady2),"getObjectItemByRowColIfReady2",  Call,      exactly(3),    call<qOverload<const SharedPtr<Object> &, int, int>(&Hook::getObjectItemIfReady)> },
     { VORKEL_FUNCTION(F_Inspecting),                  "inspecting",                     Send,      exactly(1),    Later },
     { VORKEL_FUNCTION(F_Parent),                      "parent",                         Call,      exactly(1),    call<&Hook::parent> },
     { VORKEL_FUNCTION(F_StartSpying),                 "startSpying",                    Send,      exactly(1),    Later },
     { VORKEL_FUNCTION(F_StopSpying),                  "stopSpying",                     Send,      exactly(1),    Later },
     { VORKEL_FUNCTION(F_TestSuiteVersion),            "testSuiteVersion",               Send,      atLeast(1),    call<&Hook::setTestSuiteVersion> },
-    { VORKEL_FUNCTION(F_GrabObjectScreenshot),        "grabObjectScreenshot",           Call,      exactly(3),    Later },
+    { VORKEL_FUNCTION(F_GrabObjectScreenshot),        "grabObjectScreenshot",           Call,      exactly(3),    call<&Hook::grabObjectScreenshot> },
     { VORKEL_FUNCTION(F_DumpObject),                  "dumpObject",                     Call,      anyCount(),    Later },
-    { VORKEL_FUNCTION(F_RawMouseEvent),               "rawMouseEvent",                  Call,      exactly(5),    Later, replies("Hook::handleCall: F_RawMouseEvent: wrong number of arguments") },
-    { VORKEL_FUNCTION(F_RawScrollEvent),              "rawScrollEvent",                 Call,      exactly(1),    Later, replies("Hook::handleCall: F_RawMouseEvent: wrong number of arguments") },
-    { VORKEL_FUNCTION(F_RawKeycodeEvent),             "rawKeycodeEvent",                Call,      exactly(4),    Later, replies("Hook::handleCall: F_RawKeyEvent: wrong number of arguments") },
-    { VORKEL_FUNCTION(F_RawKeyEvent),                 "rawKeyEvent",                    Call,      exactly(2),    Later, replies("Hook::handleCall: F_RawKeyEvent: wrong number of arguments") },
-    { VORKEL_FUNCTION(F_RawTouchEvent),               "rawTouchEvent",                  Call,      exactly(6),    Later, replies("Hook::handleCall: F_RawTouchEvent: wrong number of arguments") },
-    { VORKEL_FUNCTION(F_RawScreenshot),               "rawScreenshot",                  LaterCall, exactly(1),    Later },
-    { VORKEL_FUNCTION(F_GetExtraKeys),                "getExtraKeys",                   LaterCall, atLeast(1),    Later },
+    { VORKEL_FUNCTION(F_RawMouseEvent),               "rawMouseEvent",                  Call,      exactly(5),    call<&Hook::rawMouseEvent>, replies("Hook::handleCall: F_RawMouseEvent: wrong number of arguments") },
+    { VORKEL_FUNCTION(F_RawScrollEvent),              "rawScrollEvent",                 Call,      exactly(1),    call<&Hook::rawScrollEvent>, replies("Hook::handleCall: F_RawMouseEvent: wrong number of arguments") },
+    { VORKEL_FUNCTION(F_RawKeycodeEvent),             "rawKeycodeEvent",                Call,      exactly(4),    call<&Hook::rawKeycodeEvent>, replies("Hook::handleCall: F_RawKeyEvent: wrong number of arguments") },
+    { VORKEL_FUNCTION(F_RawKeyEvent),                 "rawKeyEvent",                    Call,      exactly(2),    call<&Hook::rawKeyEvent>, replies("Hook::handleCall: F_RawKeyEvent: wrong number of arguments") },
+    { VORKEL_FUNCTION(F_RawTouchEvent),               "rawTouchEvent",                  Call,      exactly(6),    call<&Hook::rawTouchEvent>, replies("Hook::handleCall: F_RawTouchEvent: wrong number of arguments") },
+    { VORKEL_FUNCTION(F_RawScreenshot),               "rawScreenshot",                  LaterCall, exactly(1),    callLater<&Hook::rawScreenshot> },
+    { VORKEL_FUNCTION(F_GetExtraKeys),                "getExtraKeys",                   LaterCall, anyCount(),    callLater<&Hook::getExtraKeys> },
     { VORKEL_FUNCTION(F_RecordScreen),                "recordScreen",                   LaterCall, exactly(3),    Later },
     { VORKEL_FUNCTION(F_ConfigureBinaryStream),       "configureBinaryStream",          Call,      exactly(2),    call<&Hook::configureBinaryStream>, replies("Hook::handleSend: F_ConfigureBinaryStream: wrong number of arguments") },
     { VORKEL_FUNCTION(F_StopBinaryStream),            "stopBinaryStream",               Send,      exactly(1),    Later },
@@ -160,7 +161,7 @@ constexpr RemoteFunction Functions[] = {
     { VORKEL_FUNCTION(F_ReasumeBinaryStream),         "reasumeBinaryStream",            Send,      exactly(1),    Later },
     { VORKEL_FUNCTION(F_BinaryStreamBytesReceived),   "binaryStreamBytesReceived",      Send,      exactly(2),    Later },
     { VORKEL_FUNCTION(F_LauncherInit),                "launcherInit",                   Call,      anyCount(),    Later },
-    { VORKEL_FUNCTION(F_NativeCapabilities),          "nativeCapabilities",             Call,      anyCount(),    Later },
+    { VORKEL_FUNCTION(F_NativeCapabilities),          "nativeCapabilities",             Call,      anyCount(),    call<&Hook::nativeCapabilities> },
 };
 // clang-format on
 

@@ -177,7 +177,26 @@ struct WrongCount
     const char *text = nullptr;
 };
 
-using FunctionHandler = QVariant (*)(Hook &hook, const ArgumentList &arguments);
+/// Who serves a function: gives the answer, or owes it to the listener, to which it goes once, now or later.
+struct FunctionHandler
+{
+    using Answer = QVariant (*)(Hook &hook, const ArgumentList &arguments);
+    using LaterAnswer = void (*)(Hook &hook, const ArgumentList &arguments,
+                                 ResponseListener<ArgumentList> *listener);
+
+    constexpr FunctionHandler() = default;
+    constexpr FunctionHandler(Answer function)
+        : answer(function)
+    {
+    }
+    constexpr FunctionHandler(LaterAnswer function)
+        : answerLater(function)
+    {
+    }
+
+    Answer answer = nullptr;
+    LaterAnswer answerLater = nullptr;
+};
 
 /// One remote function. A function without a handler is known by name, kind and arguments only.
 struct RemoteFunction
@@ -187,7 +206,7 @@ struct RemoteFunction
     const char *name;
     FunctionKind kind;
     ArgumentCount arguments;
-    FunctionHandler handler = nullptr;
+    FunctionHandler handler = {};
     WrongCount wrongCount = {};
 };
 

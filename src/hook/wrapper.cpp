@@ -1,5 +1,7 @@
 #include "hook/wrapper.h"
 
+#include <QCoreApplication>
+
 namespace Vorkel {
 
 Wrapper::Wrapper(QObject *parent)
@@ -8,6 +10,11 @@ Wrapper::Wrapper(QObject *parent)
 }
 
 Wrapper::~Wrapper() = default;
+
+void Wrapper::exitAUT(int exitCode)
+{
+    QCoreApplication::exit(exitCode);
+}
 
 void Wrapper::parseDescriptorData(const QByteArray &) {}
 void Wrapper::notifyEventRecordingEnabled(bool) {}

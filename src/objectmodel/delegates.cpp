@@ -1,5 +1,6 @@
 #include "objectmodel/delegates.h"
 
+#include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 
 #include <algorithm>
@@ -53,6 +54,12 @@ SharedPtr<Object> ObjectHierarchyDelegate::parent(const SharedPtr<Object> &objec
             return found;
     }
     return nullptr;
+}
+
+const GeometryDelegate *GeometryDelegate::of(const SharedPtr<Object> &object)
+{
+    const Delegate *found = object ? object->objectClass()->delegate(GeometryType) : nullptr;
+    return static_cast<const GeometryDelegate *>(found);
 }
 
 NativeRect GeometryDelegate::nativeGlobalBounds(const SharedPtr<Object> &object) const

@@ -48,6 +48,9 @@ public:
     {
     }
 
+    /// The delegate of the object's class; null when there is none, and for null.
+    [[nodiscard]] static const GeometryDelegate *of(const SharedPtr<Object> &object);
+
     /// In the toolkit's own units; a negative width or height for what is nowhere.
     [[nodiscard]] virtual NativeRect globalBounds(const SharedPtr<Object> &object) const = 0;
     /// In native pixels, as input and pictures have them. Default: the bounds.

@@ -27,7 +27,7 @@ private:
 };
 
 /// The value of a fallible operation, or the text that says why there is none. A failed result
-/// holds a default value; an empty text is the only mark of success.
+/// holds a default value unless it is given one; an empty text is the only mark of success.
 template <typename T>
 class [[nodiscard]] FunctionCallResult
 {
@@ -37,9 +37,9 @@ public:
     {
     }
 
-    [[nodiscard]] static FunctionCallResult failure(QString error)
+    [[nodiscard]] static FunctionCallResult failure(QString error, T value = T())
     {
-        FunctionCallResult result { T() };
+        FunctionCallResult result { std::move(value) };
         result.m_error = std::move(error);
         return result;
     }

@@ -71,6 +71,9 @@ public:
     {
         return object && object->isA(buttonClass());
     }
+    [[nodiscard]] bool isObjectReady(const SharedPtr<Object> &) const override { return true; }
+    void setSpying(bool) override {}
+    void recordingStopped() override {}
     [[nodiscard]] bool possibleNameMatch(const PropertyMap &entry, const PropertyMap &) const override
     {
         return !entry.contains(u"never"_s);

@@ -14,6 +14,14 @@ bool QtWrapper::ownsObject(const SharedPtr<Object> &object) const
     return object && object->wrapperType() == QtHierarchyDelegate::WrapperType;
 }
 
+bool QtWrapper::isObjectReady(const SharedPtr<Object> &) const
+{
+    return true;
+}
+
+void QtWrapper::setSpying(bool) {}
+void QtWrapper::recordingStopped() {}
+
 bool QtWrapper::possibleNameMatch(const PropertyMap &mapEntry, const PropertyMap &computed) const
 {
     const QString type = QStringLiteral("type");

@@ -15,6 +15,9 @@ public:
 
     [[nodiscard]] QString name() const override;
     [[nodiscard]] bool ownsObject(const SharedPtr<Object> &object) const override;
+    [[nodiscard]] bool isObjectReady(const SharedPtr<Object> &object) const override;
+    void setSpying(bool on) override;
+    void recordingStopped() override;
     /// Objects of one type bear names of one type.
     [[nodiscard]] bool possibleNameMatch(const PropertyMap &mapEntry,
                                          const PropertyMap &computed) const override;

@@ -1,0 +1,3 @@
+#include "fkit/export.h"
+
+extern "C" VORKEL_EXPORT void anotherPlatformPlugin() {}
