@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "look.h"
+#include "objecttree.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -52,7 +52,7 @@
             if (!known.includes(key))
                 throw new TypeError("there is no option '" + key + "', but " + known.join(', '));
         }
-        return typeof options.modifiers === 'string' ? { ...options, modifiers: [options.modifiers] } : options;
+        return typeof options.modifiers === 'string' ? Object.assign({}, options, { modifiers: [options.modifiers] }) : options;
     }
 
     // What scripts work with
@@ -68,7 +68,7 @@
 
         click(options = {}) { this._target.click(clickOptions(options)); }
         doubleClick(options = {}) { this._target.doubleClick(clickOptions(options)); }
-        rightClick(options = {}) { this._target.click({ ...clickOptions(options), button: 'right' }); }
+        rightClick(options = {}) { this._target.click(Object.assign({}, clickOptions(options), { button: 'right' })); }
         hover(options = {}) { this._target.hover(clickOptions(options)); }
         wheel(notches) { this._target.wheel(notches); }
         dragTo(other, options = {}) { this._target.dragTo(unwrapped(other), clickOptions(options)); }

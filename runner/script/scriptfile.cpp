@@ -11,6 +11,12 @@
 
 #include <atomic>
 
+/// A static library has to ask for its resources, and outside of namespaces.
+static void takeInResources()
+{
+    Q_INIT_RESOURCE(vorkelscript);
+}
+
 namespace Vorkel::Runner {
 
 namespace {
@@ -145,10 +151,11 @@ void ScriptRun::load()
     QFile prelude(QStringLiteral(":/vorkel/prelude.js"));
     const bool isThere = prelude.open(QIODevice::ReadOnly);
     Q_ASSERT(isThere);
-    QJSValue install = m_engine.evaluate(QString::fromUtf8(prelude.readAll()), PreludeName);
-    Q_ASSERT_X(install.isCallable(), "prelude", qPrintable(install.toString()));
-    m_guarded = install.call({ m_engine.newQObject(m_host), m_engine.globalObject() });
-    Q_ASSERT_X(m_guarded.isCallable(), "prelude", qPrintable(m_guarded.toString()));
+    const QJSValue install = m_engine.evaluate(QString::fromUtf8(prelude.readAll()), PreludeName);
+    m_guarded = install.isCallable() ? install.call({ m_engine.newQObject(m_host), m_engine.globalObject() })
+                                     : install;
+    if (!m_guarded.isCallable())
+        return fail(m_guarded);
     const QJSValue module = m_engine.importModule(QFileInfo(m_path).absoluteFilePath());
     if (m_engine.hasError())
         fail(m_engine.catchError());
@@ -199,7 +206,7 @@ Failure ScriptRun::run()
 
 Failure runScriptFile(const QString &path, const ScriptSettings &settings, TestListener *listener)
 {
-    Q_INIT_RESOURCE(vorkelscript);
+    takeInResources();
     return ScriptRun(path, settings, listener).run();
 }
 
