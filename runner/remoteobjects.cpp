@@ -237,6 +237,20 @@ Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &pr
     return lastError(QStringLiteral("property '%1' of %2 does not take that value").arg(property, className));
 }
 
+/// Calls a method, which may wait for its user; it gives nothing then.
+Failure RemoteObjects::callMethod(const ArgumentList &arguments, ObjectHandle *result)
+{
+    QVariant stale;
+    ArgumentList values;
+    Failure failure = call(QStringLiteral("getLastError"), {}, &stale);
+    if (!failure.isFailure())
+        failure = m_session->callOrLeave(QStringLiteral("invoke"), arguments, &values);
+    if (failure.isFailure())
+        return failure;
+    *result = handleFrom(values.value(0).toString());
+    return result->id == 0 ? lastError(QString()) : Failure();
+}
+
 Failure RemoteObjects::invokeOn(int target, const ClassRecord &record, const QString &method,
                                 const QVariantList &arguments, ObjectHandle *result)
 {
@@ -260,7 +274,7 @@ Failure RemoteObjects::invokeOn(int target, const ClassRecord &record, const QSt
                 return failure;
             values.append(created.id);
         }
-        const Failure failure = callObject(QStringLiteral("invoke"), values, QString(), result);
+        const Failure failure = callMethod(values, result);
         if (!failure.isFailure() || failure.code != ExitCode::CallFailed)
             return failure;
         // A null without a reason is what the method gave.

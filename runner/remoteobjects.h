@@ -95,6 +95,7 @@ public:
 private:
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
+    Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);
     Failure invokeOn(int target, const ClassRecord &record, const QString &method,
                      const QVariantList &arguments, ObjectHandle *result);
     Failure toValue(const ObjectHandle &object, const ArgumentRecord &type, QVariant *value);

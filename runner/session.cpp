@@ -3,6 +3,7 @@
 #include "injection.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QEventLoop>
 #include <QScopeGuard>
@@ -14,6 +15,8 @@ namespace {
 
 constexpr int TickMs = 200;
 constexpr int EndAfterConnectionMs = 500;
+/// What a call takes that waits for nobody.
+constexpr int MomentMs = 250;
 
 /// Where the program finds what belongs to this command, such as plug-ins: the folder above `bin`.
 const QString PrefixVariable = QStringLiteral("VORKEL_PREFIX");
@@ -36,6 +39,8 @@ Session::Session(const SessionSettings &settings, QObject *parent)
 Session::~Session()
 {
     m_program.end();
+    // Before the listeners of its calls.
+    qDeleteAll(findChildren<Application *>(Qt::FindDirectChildrenOnly));
 }
 
 Failure Session::listen()
@@ -100,16 +105,28 @@ void Session::noteStage()
     (ready ? m_milestones.ready : m_milestones.initialised) = m_sinceStart.nsecsElapsed();
 }
 
+struct Session::Reply : ResponseListener<ArgumentList>
+{
+    void response(const FunctionCallResult<ArgumentList> &outcome) override { result = outcome; }
+    std::optional<FunctionCallResult<ArgumentList>> result;
+};
+
+/// What a call came to that is over.
+Failure Session::outcome(const Reply &reply, ArgumentList *values)
+{
+    if (!reply.result->isOk()) {
+        const Failure lost = whyNot();
+        return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, reply.result->error() };
+    }
+    *values = reply.result->value();
+    return {};
+}
+
 Failure Session::call(const QString &name, const ArgumentList &arguments, ArgumentList *reply)
 {
-    struct Listener : ResponseListener<ArgumentList>
-    {
-        void response(const FunctionCallResult<ArgumentList> &outcome) override { result = outcome; }
-        std::optional<FunctionCallResult<ArgumentList>> result;
-    };
     if (const Failure lost = whyNot(); lost.isFailure())
         return lost;
-    Listener listener;
+    Reply listener;
     const int callId = m_application->call(name, arguments, &listener);
     const Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
                                       [&] { return listener.result.has_value(); });
@@ -117,11 +134,29 @@ Failure Session::call(const QString &name, const ArgumentList &arguments, Argume
         m_application->cancelCall(callId);
         return failure;
     }
-    if (!listener.result->isOk()) {
-        const Failure lost = whyNot();
-        return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, listener.result->error() };
+    return outcome(listener, reply);
+}
+
+Failure Session::callOrLeave(const QString &name, const ArgumentList &arguments, ArgumentList *reply)
+{
+    if (const Failure lost = whyNot(); lost.isFailure())
+        return lost;
+    const auto listener = std::make_shared<Reply>();
+    const int callId = m_application->call(name, arguments, listener.get());
+    const QDeadlineTimer moment(MomentMs);
+    Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
+                                [&] { return listener->result.has_value() || moment.hasExpired(); });
+    // Asked behind the call, so the answer comes behind its reply unless that waits for something.
+    ArgumentList answer;
+    if (!failure.isFailure() && !listener->result)
+        failure = call(QStringLiteral("getPID"), {}, &answer);
+    if (failure.isFailure()) {
+        m_application->cancelCall(callId);
+        return failure;
     }
-    *reply = listener.result->value();
+    if (listener->result)
+        return outcome(*listener, reply);
+    m_leftBehind.append(listener);
     return {};
 }
 
@@ -133,17 +168,15 @@ Failure Session::send(const QString &name, const ArgumentList &arguments)
     return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, QStringLiteral("could not be sent") };
 }
 
-void Session::quit(int limitMs)
+bool Session::awaitEnd(int limitMs)
 {
-    if (isConnected())
-        m_application->send(QStringLiteral("close"), {});
     QEventLoop loop;
     connect(&m_program, &Program::ended, &loop, &QEventLoop::quit);
     connect(&m_interrupt, &Interrupt::requested, &loop, &QEventLoop::quit);
     QTimer::singleShot(limitMs, &loop, &QEventLoop::quit);
     if (!m_program.hasEnded() && !m_interrupted)
         loop.exec();
-    m_program.end();
+    return m_program.hasEnded();
 }
 
 bool Session::hasEndedWell()

@@ -11,6 +11,7 @@
 #include <QMap>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace Vorkel::Runner {
@@ -49,14 +50,16 @@ public:
     /// Calls a remote function of the program and waits for the reply, for at most the time limit.
     /// A refused call has the code `ExitCode::CallFailed`.
     Failure call(const QString &name, const ArgumentList &arguments, ArgumentList *reply);
+    /// The same for a call that may open a dialog and answer only when that is closed: one that is not
+    /// answered in a moment, while the program answers others, is left behind, and `*reply` is empty.
+    Failure callOrLeave(const QString &name, const ArgumentList &arguments, ArgumentList *reply);
     /// Sends a one-way message.
     Failure send(const QString &name, const ArgumentList &arguments);
 
     /// How long to wait for each reply from here on.
     void setReplyLimit(int ms) { m_settings.timeoutMs = ms; }
-    /// Asks the program to end as its user would, and waits for that, for at most `limitMs`. What does not
-    /// end is ended.
-    void quit(int limitMs);
+    /// Waits for the end of the program, for at most `limitMs`; whether it has ended.
+    bool awaitEnd(int limitMs);
 
     /// Lets so much time pass, in which the program may go on.
     void idle(int ms);
@@ -81,7 +84,10 @@ signals:
     void waited();
 
 private:
+    struct Reply;
+
     Failure listen();
+    Failure outcome(const Reply &reply, ArgumentList *values);
     [[nodiscard]] QProcessEnvironment programEnvironment(const QString &preload) const;
     Failure waitUntil(const QString &what, const std::function<bool()> &happened);
     Failure endedBeforeConnecting() const;
@@ -97,6 +103,7 @@ private:
     Registrar m_registrar;
     Program m_program;
     Application *m_application = nullptr; // the first one; others are its children
+    QList<std::shared_ptr<Reply>> m_leftBehind; // of calls that may still be answered
     QElapsedTimer m_sinceStart;
     Milestones m_milestones;
     bool m_interrupted = false;

@@ -50,7 +50,8 @@ void TestConsole::testEnded(const TestResult &result)
                   .arg(static_cast<double>(result.elapsedMs) / 1000.0, 0, 'f', 2));
     if (result.outcome != TestResult::Failed)
         return;
-    print(indented(QStringLiteral("%1: %2").arg(result.where, result.message)));
+    print(indented(result.where.isEmpty() ? result.message
+                                          : result.where + QLatin1String(": ") + result.message));
     if (!result.excerpt.isEmpty())
         print(indented(result.excerpt));
     for (const QString &file : result.evidence)

@@ -42,13 +42,38 @@ Failure DrivenProgram::launch(const QStringList &command)
     return failure;
 }
 
+Failure DrivenProgram::closeWindows()
+{
+    QList<ObjectHandle> windows;
+    if (const Failure failure = m_objects->children({}, &windows); failure.isFailure())
+        return failure;
+    for (const ObjectHandle &window : windows) {
+        const ClassRecord *record = nullptr;
+        QVariant isVisible;
+        QVariant nothing;
+        Failure failure = m_objects->classOf(window, &record);
+        if (!failure.isFailure() && m_objects->classes().inherits(record, QStringLiteral("QWidget")))
+            failure = m_objects->getProperty(window, QStringLiteral("visible"), &isVisible);
+        if (!failure.isFailure() && isVisible.toBool())
+            failure = m_objects->invoke(window, QStringLiteral("close"), {}, &nothing);
+        // What was a window may have gone with the one before.
+        if (failure.isFailure() && failure.code != ExitCode::CallFailed)
+            return failure;
+    }
+    return {};
+}
+
 Failure DrivenProgram::quit()
 {
     return step(QStringLiteral("quit %1").arg(m_name), [this] {
-        m_session->quit(m_settings.limitMs);
-        const Failure lost = m_session->whyNot();
-        const bool endedWell = m_session->hasEndedWell();
-        return endedWell || lost.code == ExitCode::Interrupted ? Failure() : lost;
+        Failure failure = closeWindows();
+        if (failure.code == ExitCode::ConnectionLost && hasEndedWell())
+            return Failure();
+        if (!failure.isFailure() && !m_session->awaitEnd(m_settings.limitMs))
+            failure = { ExitCode::CallFailed, QStringLiteral("it runs on when its windows are closed") };
+        else if (!failure.isFailure() && !hasEndedWell())
+            failure = m_session->whyNot();
+        return failure;
     });
 }
 
@@ -81,7 +106,8 @@ Failure DrivenProgram::judged(const QString &what, Failure failure)
     } else if (failure.code == ExitCode::CallFailed && m_sinceStep.hasExpired(m_stepLimitMs)) {
         failure.text += QStringLiteral("\n(tried for %1 s)").arg(m_stepLimitMs / 1000.0);
     }
-    failure.text = QStringLiteral("%1: %2").arg(what, failure.text);
+    const QLatin1String separator(failure.text.startsWith(u'\n') ? ":" : ": ");
+    failure.text = what + separator + failure.text;
     return failure;
 }
 

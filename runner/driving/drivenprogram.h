@@ -35,7 +35,7 @@ public:
     DrivenProgram(const LaunchSettings &settings, StepListener *listener);
 
     Failure launch(const QStringList &command);
-    /// Asks the program to end as its user would; what does not end is ended.
+    /// Closes the program's windows and waits for its end; fails when it runs on, or does not end well.
     Failure quit();
     /// Ends the program now.
     void end();
@@ -63,6 +63,7 @@ public:
     void idle(int ms);
 
 private:
+    Failure closeWindows();
     Failure unusable() const;
     Failure judged(const QString &what, Failure failure);
     void tell(const QString &what, const Failure &failure);

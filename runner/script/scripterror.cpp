@@ -136,6 +136,8 @@ ScriptError scriptError(const QJSValue &thrown)
     const bool isSyntaxError = thrown.isError() && thrown.errorType() == QJSValue::SyntaxError;
     if (thrown.isError() && thrown.errorType() == QJSValue::GenericError)
         error.message = thrown.property(QStringLiteral("message")).toString();
+    if (!thrown.isError())
+        error.message += QLatin1String(" (thrown as a value: only an Error knows its place)");
     QString name = nameIn(error.message);
     for (const Frame &frame : framesOf(thrown)) {
         if (frame.file.endsWith(PreludeName)) {
