@@ -227,8 +227,12 @@ Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &pr
     if (!record->isWritable())
         return refused(QStringLiteral("property '%1' of %2 is read-only").arg(property, className));
     ObjectHandle created;
-    if (const Failure failure = createValue(value, record->type.className, &created); failure.isFailure())
-        return failure;
+    const bool hasParts = value.typeId() == QMetaType::QVariantMap
+            && !record->type.className.startsWith(QLatin1String("Vorkel_"));
+    Failure made = hasParts ? setParts(object, *record, value.toMap(), &created)
+                            : createValue(value, record->type.className, &created);
+    if (made.isFailure())
+        return made;
     QVariant reply;
     const Failure failure =
             call(QStringLiteral("setProperty"), { object.id, record->id, created.id }, &reply);

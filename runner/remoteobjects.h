@@ -59,9 +59,11 @@ public:
     Failure properties(const ObjectHandle &object, QList<std::pair<QString, QString>> *found);
     /// The value of a property as text.
     Failure getProperty(const ObjectHandle &object, const QString &property, QString *value);
-    /// The value of a property: a plain value, a list, a map, the key of an enum, else an `ObjectHandle`.
+    /// The value of a property: a plain value, a list, a map, the parts of a value such as a rectangle as a
+    /// map, the key of an enum, else an `ObjectHandle`.
     /// Invalid when the property has none.
     Failure getProperty(const ObjectHandle &object, const QString &property, QVariant *value);
+    /// A map changes the parts that it names of a value that has such.
     Failure setProperty(const ObjectHandle &object, const QString &property, const QVariant &value);
     /// Calls the first overload of `method` that takes so many arguments and accepts them. `*result` is
     /// empty when the method gives nothing.
@@ -102,6 +104,9 @@ private:
     Failure createContainer(const QVariant &value, ObjectHandle *created);
     Failure createValue(const QVariant &value, const QString &className, ObjectHandle *created);
     Failure valueOf(const ObjectHandle &object, QVariant *value);
+    Failure partsOf(const ObjectHandle &object, const QStringList &names, QVariant *value);
+    Failure setParts(const ObjectHandle &object, const PropertyRecord &property, const QVariantMap &parts,
+                     ObjectHandle *changed);
     Failure contentsOf(const ObjectHandle &container, const ClassRecord &record, QVariant *value);
     Failure textOf(const ObjectHandle &object, QString *text);
     Failure propertyText(const ObjectHandle &object, const PropertyRecord &record, const QString &otherwise,

@@ -120,10 +120,40 @@ Failure RemoteObjects::toValue(const ObjectHandle &object, const ArgumentRecord 
         return failure;
     if (object.classId <= VoidClass || record->name == ArrayName || record->name == MapName)
         return valueOf(object, value);
-    // What says something of itself is a value: a colour, a date, an address.
-    const Failure failure = call(QStringLiteral("objectToString"), { object.id }, value);
-    if (!failure.isFailure() && value->toString().isEmpty())
+    if (m_classes.inherits(record, QStringLiteral("QObject"))) {
         *value = QVariant::fromValue(object);
+        return {};
+    }
+    QVariant text;
+    const Failure failure = call(QStringLiteral("objectToString"), { object.id }, &text);
+    const QStringList parts = m_classes.propertyNames(record);
+    // What says nothing of itself is an object; what has parts is made of them; all else is a text, such as a
+    // colour or a date.
+    if (!failure.isFailure() && !text.toString().isEmpty() && !parts.isEmpty())
+        return partsOf(object, parts, value);
+    *value = text.toString().isEmpty() ? QVariant::fromValue(object) : text;
+    return failure;
+}
+
+Failure RemoteObjects::partsOf(const ObjectHandle &object, const QStringList &names, QVariant *value)
+{
+    QVariantMap parts;
+    for (const QString &name : names) {
+        if (const Failure failure = getProperty(object, name, &parts[name]); failure.isFailure())
+            return failure;
+    }
+    *value = parts;
+    return {};
+}
+
+/// Changes parts of the value of a property, and puts that back.
+Failure RemoteObjects::setParts(const ObjectHandle &object, const PropertyRecord &property,
+                                const QVariantMap &parts, ObjectHandle *changed)
+{
+    Failure failure = callObject(QStringLiteral("getProperty"), { object.id, property.id },
+                                 QStringLiteral("property '%1' has no value").arg(property.name), changed);
+    for (auto part = parts.begin(); part != parts.end() && !failure.isFailure(); ++part)
+        failure = setProperty(*changed, part.key(), *part);
     return failure;
 }
 

@@ -59,9 +59,8 @@ QProcessEnvironment Session::programEnvironment(const QString &preload) const
     environment.insert(QStringLiteral("VORKEL_APPID"), QString::number(Registrar::FirstApplication));
     environment.insert(QStringLiteral("VORKEL_RECORD"), QStringLiteral("0"));
     if (!environment.contains(PrefixVariable))
-        environment.insert(
-                PrefixVariable,
-                QDir(QCoreApplication::applicationDirPath()).absoluteFilePath(QStringLiteral("..")));
+        environment.insert(PrefixVariable,
+                           QDir::cleanPath(QCoreApplication::applicationDirPath() + QLatin1String("/..")));
     if (!m_settings.platform.isEmpty())
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), m_settings.platform);
     for (auto entry = m_settings.environment.begin(); entry != m_settings.environment.end(); ++entry)

@@ -103,7 +103,7 @@ Failure DrivenProgram::judged(const QString &what, Failure failure)
     if (failure.code == ExitCode::NeverConnected) {
         m_isHanging = true;
         failure.text = QStringLiteral("'%1' does not answer (%2)").arg(m_name, failure.text);
-    } else if (failure.code == ExitCode::CallFailed && m_sinceStep.hasExpired(m_stepLimitMs)) {
+    } else if (failure.code == ExitCode::CallFailed && m_sinceStep.elapsed() >= m_stepLimitMs) {
         failure.text += QStringLiteral("\n(tried for %1 s)").arg(m_stepLimitMs / 1000.0);
     }
     const QLatin1String separator(failure.text.startsWith(u'\n') ? ":" : ": ");

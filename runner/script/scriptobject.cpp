@@ -53,6 +53,9 @@ QJSValue ScriptObject::toScript(const std::shared_ptr<DrivenProgram> &program, c
 
 Failure ScriptObject::fromScript(const QVariant &value, QVariant *result) const
 {
+    // A literal arrives as it is in the script.
+    if (value.metaType() == QMetaType::fromType<QJSValue>())
+        return fromScript(value.value<QJSValue>().toVariant(), result);
     *result = value;
     if (const auto *target = qobject_cast<ScriptTarget *>(value.value<QObject *>()))
         return target->handle(result);
