@@ -62,6 +62,19 @@ Failure seeValue(RemoteObjects &objects, const ObjectHandle &object, const QStri
     return failure;
 }
 
+/// An item of a list has no visibility of its own: it is shown where it is there.
+Failure seeState(RemoteObjects &objects, const ObjectHandle &object, const QString &property, Sight *sight)
+{
+    const ClassRecord *record = nullptr;
+    if (const Failure failure = objects.classOf(object, &record); failure.isFailure())
+        return failure;
+    if (property != QLatin1String("visible") || objects.classes().property(record, property))
+        return seeValue(objects, object, property, true, sight);
+    sight->holds = true;
+    sight->actual = property;
+    return {};
+}
+
 Failure seeText(RemoteObjects &objects, const ObjectHandle &object, const QVariant &expected, Sight *sight)
 {
     bool hasText = false;
@@ -101,7 +114,7 @@ Failure see(const Locator &target, const Expectation &wanted, Sight *sight)
     if (found.isFailure())
         return found;
     if (const char *property = rowOf(wanted.kind).property)
-        return seeValue(objects, object, QLatin1String(property), true, sight);
+        return seeState(objects, object, QLatin1String(property), sight);
     switch (wanted.kind) {
     case Expectation::IsReady:
         return seeReady(objects, object, sight);

@@ -1,5 +1,7 @@
 #include "screenshots.h"
 
+#include "hook/platform/imagetransport.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -15,7 +17,7 @@ Failure grab(RemoteObjects &objects, const QString &function, const ArgumentList
         return failure;
     if (!reply.isValid())
         return objects.lastError(QStringLiteral("the program has no picture of it"));
-    image->loadFromData(qUncompress(reply.toMap().value(QStringLiteral("image")).toByteArray()), "BMP");
+    *image = screenshotFromVariant(reply).image();
     return image->isNull() ? Failure { ExitCode::CallFailed, QStringLiteral("the picture cannot be read") }
                            : Failure();
 }
