@@ -37,6 +37,7 @@ struct Element
     void remove();
     /// False when the element does not take that text.
     virtual bool setText(const QString &newText);
+    [[nodiscard]] bool isShown() const { return place.line >= 0; }
 
     const QString name;
     QString text;

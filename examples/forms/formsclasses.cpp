@@ -3,6 +3,7 @@
 #include "hook/classregistrar.h"
 #include "objectmodel/class.h"
 #include "objectmodel/classids.h"
+#include "objectmodel/globalobject.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/method.h"
 #include "objectmodel/namespace.h"
@@ -221,6 +222,18 @@ public:
 
 const ButtonClass *buttonClass = nullptr;
 
+// A function without an object: the way to a picture. The wrapper makes one of what this gives.
+
+void addGrabWidget()
+{
+    const Argument element(QStringLiteral("element"), elementClass, ObjectAttribute::Pointer);
+    const GlobalMethod::ListCaller grab = [](const ObjectList &arguments, const Class *) {
+        return arguments[0];
+    };
+    Inspector::self()->globalClass()->addMethod(std::make_unique<GlobalMethod>(
+            grab, element, QStringLiteral("grabWidget"), Signature { element }));
+}
+
 } // namespace
 
 void FormsClasses::registerAll()
@@ -232,6 +245,7 @@ void FormsClasses::registerAll()
     elementClass = new ElementClass(nameSpace);
     fieldClass = new FieldClass(nameSpace);
     buttonClass = new ButtonClass(nameSpace);
+    addGrabWidget();
     // Its methods enabled() and setEnabled() make one more property.
     Inspector::self()->addPropertyDelegate(QStringLiteral("Button"), { QStringLiteral("enabled") });
 }

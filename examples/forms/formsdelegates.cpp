@@ -80,6 +80,25 @@ private:
     }
 };
 
+/// The terminal is the screen, and a character its pixel.
+class Geometry : public GeometryDelegate
+{
+public:
+    Geometry()
+        : GeometryDelegate(QStringLiteral("Element"))
+    {
+    }
+
+    [[nodiscard]] NativeRect globalBounds(const SharedPtr<Object> &object) const override
+    {
+        const Element *element = unwrap(object);
+        if (!element || !element->isShown())
+            return NativeRect();
+        return NativeRect::at(element->place.column, element->place.line,
+                              static_cast<int>(element->text.size()), 1);
+    }
+};
+
 /// An element is worth its text.
 class Conversion : public ConversionDelegate
 {
@@ -110,6 +129,7 @@ void FormsDelegates::registerAll()
 {
     // Delegates register themselves and live as long as the process.
     new Conversion;
+    new Geometry;
     const auto *hierarchy = new Hierarchy;
     // The first lookup makes the list that ours is added to.
     (void)Inspector::self()->numObjects();

@@ -53,7 +53,7 @@ bool isOneCharacter(const QString &text)
 }
 
 /// A point of a rectangle: by its offset, or the one that stands for the middle. That one's height is counted
-/// from the rectangle's x: whoever drives us has always been told so, and what they recorded depends on it.
+/// from the rectangle's x, and scripts depend on it.
 NativePoint pointIn(const ScreenRectangle &area, bool isOffset, int x, int y)
 {
     return isOffset ? offset(area.x, area.y, x, y) : offset(area.x, area.x, area.width / 2, area.height / 2);

@@ -75,8 +75,11 @@ QImage Wrapper::grabWidget(const SharedPtr<Object> &object, int argument) const
     bool fits = false;
     SharedPtr<Object> picture =
             methods.invoke(nullptr, { object, inspector->createPrimitive(argument) }, &fits);
-    if (!fits)
+    if (!fits) {
+        // Only what comes now is a failure.
+        Inspector::self()->setError(QString());
         picture = methods.invoke(nullptr, { object }, &fits);
+    }
     if (const std::optional<QImage> image = imageInObject(picture))
         return *image;
     return picture && guard ? qImage(picture) : QImage();

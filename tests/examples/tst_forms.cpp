@@ -1,6 +1,7 @@
 #include "runningprogram.h"
 #include "support/childprocess.h"
 
+#include <QImage>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +28,8 @@ private slots:
     void refusesWithReason();
     void survivesWrongCasts();
     void survivesNulls();
+    void tellsWhatIsReady();
+    void showsItself();
 };
 
 void tst_forms::obeysTheCommand_data()
@@ -152,6 +155,40 @@ void tst_forms::survivesNulls()
     QCOMPARE(forms.call(u"objectToString"_s, { null }), u"<null>"_s);
     (void)forms.call(u"objectFromString"_s, { null, u"x"_s });
     QVERIFY(forms.find(u"shopping"_s).id != 0);
+}
+
+void tst_forms::tellsWhatIsReady()
+{
+    RunningProgram forms;
+    QVERIFY(forms.start(program));
+    const QString add = u"shopping.add"_s;
+    const QString list = u"shopping.list"_s;
+    QVERIFY(forms.call(u"objectReady"_s, { add }).isValid());
+    QCOMPARE(forms.refusal(forms.find(add), u"setEnabled"_s, { false }), QString());
+    QVERIFY(!forms.call(u"objectReady"_s, { add }).isValid());
+    QCOMPARE(forms.call(u"getLastError"_s, {}), u"Object 'shopping.add' not ready: it is not enabled"_s);
+    const QVariant milk = forms.call(u"objectFind"_s, { u"shopping.list.milk"_s });
+    QCOMPARE(forms.call(u"getObjectItemIfReady"_s, { list, u"Milk"_s }), milk);
+    QCOMPARE(forms.call(u"getObjectItemByRowColIfReady"_s, { list, 1, 0 }), milk);
+    QVERIFY(!forms.call(u"getObjectItemByRowColIfReady"_s, { list, -1, 0 }).isValid());
+    QCOMPARE(forms.call(u"getLastError"_s, {}), u"it has no '-1/0'"_s);
+    const int null = forms.call(u"createNull"_s, { u"Element"_s }).toString().section(u',', 0, 0).toInt();
+    QVERIFY(!forms.call(u"getObjectItemIfReady2"_s, { null, u"Milk"_s }).isValid());
+}
+
+void tst_forms::showsItself()
+{
+    RunningProgram forms;
+    QVERIFY(forms.start(program));
+    const int list = forms.find(u"shopping.list"_s).id;
+    const QVariantMap picture = forms.call(u"grabObjectScreenshot"_s, { list, 0, 1 }).toMap();
+    // "To buy:" begins behind two blanks, in line 3.
+    QCOMPARE(QImage::fromData(qUncompress(picture.value(u"image"_s).toByteArray())).size(), QSize(7, 1));
+    const QString bounds = forms.call(u"objectGlobalBounds"_s, { list }).toString();
+    QCOMPARE(forms.call(u"objectToDebugString"_s, { bounds.section(u',', 0, 0).toInt() }),
+             u"{ x = 2 : int, y = 3 : int, width = 7 : int, height = 1 : int } : ScreenRectangle"_s);
+    QVERIFY(!forms.call(u"mousePress"_s, { list, 1, 0, 0, 0, 0, true, true }).toBool());
+    QCOMPARE(forms.call(u"getLastError"_s, {}), u"Platform plugin not set"_s);
 }
 
 QTEST_GUILESS_MAIN(tst_forms)

@@ -21,6 +21,9 @@ public:
 
     QString name() const override { return u"tiny"_s; }
     bool ownsObject(const Vorkel::SharedPtr<Vorkel::Object> &) const override { return false; }
+    bool isObjectReady(const Vorkel::SharedPtr<Vorkel::Object> &) const override { return true; }
+    void setSpying(bool) override {}
+    void recordingStopped() override {}
     void parseDescriptorData(const QByteArray &data) override { onDescriptor(data); }
 };
 

@@ -199,11 +199,11 @@ void tst_vorkel::says_data()
     call("one after the other", { u"setError(\"a\\nü\")"_s, u"getLastError"_s, u"getLastError()"_s, u"autInfo(\"arguments\")"_s }, 0,
          u"setError(\"a\\nü\") = null\ngetLastError = \"a\\nü\"\ngetLastError() = \"\"\nautInfo(\"arguments\") = [\"%1\",\"run\"]\n"_s.arg(m_program));
     call("one way",            { u"send:ping"_s, u"send:nosuch(1)"_s, u"nosuch(1)"_s }, 0, u"nosuch(1) = null\n"_s);
-    call("refused",            { u"getExtraKeys"_s, u"getLastError"_s }, 1,
-         u"getExtraKeys: error: Hook::handleCall: F_GetExtraKeys: wrong number of arguments\ngetLastError = \"\"\n"_s, u"vorkel: 1 of 2 calls failed\n"_s);
-    call("for tools",          { u"--json"_s, u"getLastError"_s, u"send:ping"_s, u"getExtraKeys"_s }, 1,
+    call("refused",            { u"rawScreenshot"_s, u"getLastError"_s }, 1,
+         u"rawScreenshot: error: Hook::handleCall: F_RawScreenshot: wrong number of arguments\ngetLastError = \"\"\n"_s, u"vorkel: 1 of 2 calls failed\n"_s);
+    call("for tools",          { u"--json"_s, u"getLastError"_s, u"send:ping"_s, u"rawScreenshot"_s }, 1,
          u"{\"call\":\"getLastError\",\"reply\":\"\"}\n{\"call\":\"send:ping\"}\n"
-         "{\"call\":\"getExtraKeys\",\"error\":\"Hook::handleCall: F_GetExtraKeys: wrong number of arguments\"}\n"_s, u"vorkel: 1 of 3 calls failed\n"_s);
+         "{\"call\":\"rawScreenshot\",\"error\":\"Hook::handleCall: F_RawScreenshot: wrong number of arguments\"}\n"_s, u"vorkel: 1 of 3 calls failed\n"_s);
     call("until it dies",      { u"getLastError"_s, u"die"_s, u"getLastError"_s }, 8, u"getLastError = \"\"\n"_s, u"vorkel: 'coreprogram' was ended by signal 9 (Killed)\n"_s);
     passes("any variable",     {}, { { u"TEXT"_s, u" a=b;ü"_s } },                   u"TEXT"_s, u" a=b;ü"_s);
     passes("preloaded before", {}, { { u"LD_PRELOAD"_s, u"libm.so.6"_s } },          u"LD_PRELOAD"_s, built(u"../lib/libvorkelqtpreload.so:libm.so.6"_s));

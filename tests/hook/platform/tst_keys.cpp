@@ -41,9 +41,7 @@ void TestKeys::sequences_data()
 
     // clang-format off
     QTest::newRow("nothing")                << u""_s                << u""_s;
-    QTest::newRow("characters")             << u"a+>"_s             << u"[a][+][>]"_s;
     QTest::newRow("combination")            << u"<Ctrl+a>"_s        << u"[Ctrl a]"_s;
-    QTest::newRow("three keys")             << u"<Ctrl+Shift+F5>"_s << u"[Ctrl Shift F5]"_s;
     QTest::newRow("plus as key")            << u"<Ctrl++>"_s        << u"[Ctrl +]"_s;
     QTest::newRow("plus between keys")      << u"<Ctrl+++a>"_s      << u"[Ctrl + a]"_s;
     QTest::newRow("bracket as key")         << u"<Ctrl+>>"_s        << u"[Ctrl >]"_s;
@@ -53,7 +51,6 @@ void TestKeys::sequences_data()
     QTest::newRow("next one's plus")        << u"<a><b+c>"_s        << u"[a][b c]"_s;
     QTest::newRow("beyond the basic plane") << u"\U0001F600b"_s     << u"[\U0001F600][b]"_s;
     QTest::newRow("open")                   << u"a<b"_s             << u"Unterminated key combination: <b"_s;
-    QTest::newRow("open at the end")        << u"<"_s               << u"Unterminated key combination: <"_s;
     QTest::newRow("empty brackets")         << u"<>"_s              << u"Unterminated key combination: <>"_s;
     QTest::newRow("open after bracket key") << u"x<Ctrl+>y"_s       << u"Unterminated key combination: <Ctrl+>y"_s;
     // clang-format on
@@ -89,16 +86,13 @@ void TestKeys::keysyms_data()
     QTest::addColumn<unsigned>("keysym");
 
     // clang-format off
-    QTest::newRow("first of Latin 1")        << 0x20U     << 0x20U;
     QTest::newRow("delete")                  << 0x7FU     << 0x100007FU;
     QTest::newRow("last of Latin 1")         << 0xFFU     << 0xFFU;
     QTest::newRow("of its own")              << 0x104U    << 0x1A1U;
     QTest::newRow("first of two")            << 0x250CU   << 0x8A2U;
-    QTest::newRow("euro")                    << 0x20ACU   << 0x20ACU;
     QTest::newRow("direct")                  << 0x1F600U  << 0x101F600U;
     QTest::newRow("before what is none")     << 0xFDCFU   << 0x100FDCFU;
     QTest::newRow("none")                    << 0xFDD0U   << 0U;
-    QTest::newRow("none, last of its kind")  << 0xFDEFU   << 0U;
     QTest::newRow("none, at a plane's end")  << 0xFFFEU   << 0U;
     QTest::newRow("none, at another's end")  << 0x1FFFFU  << 0U;
     QTest::newRow("beyond Unicode")          << 0x110000U << 0U;
