@@ -17,7 +17,7 @@ Failure grab(RemoteObjects &objects, const QString &function, const ArgumentList
         return failure;
     if (!reply.isValid())
         return objects.lastError(QStringLiteral("the program has no picture of it"));
-    *image = screenshotFromVariant(reply).image();
+    *image = screenshotFromVariant(reply).image;
     return image->isNull() ? Failure { ExitCode::CallFailed, QStringLiteral("the picture cannot be read") }
                            : Failure();
 }
