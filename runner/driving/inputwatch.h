@@ -16,8 +16,9 @@ public:
 
     /// Before the input.
     Failure begin();
-    /// After the input: waits until `events` more of it have been handled, for a moment at most, since
-    /// another program may have got them. A program that ended well because of the input is no failure.
+    /// After the input: waits until `events` more of it, which are pressed and released buttons, released
+    /// keys and turned wheels, have been handled, for a moment at most, since another program may have got
+    /// them. A program that ended well because of the input is no failure.
     Failure await(int events);
 
 private:

@@ -8,8 +8,6 @@ namespace Vorkel::Runner {
 
 namespace {
 
-constexpr int PressAndRelease = 2;
-
 Failure inject(DrivenProgram &program, const QString &keys)
 {
     InputWatch watch(program);
@@ -17,7 +15,7 @@ Failure inject(DrivenProgram &program, const QString &keys)
     Failure failure = watch.begin();
     if (!failure.isFailure())
         failure = program.objects().invokeGlobal(QStringLiteral("nativeType"), { keys }, &nothing);
-    return failure.isFailure() ? failure : watch.await(PressAndRelease * keyCount(keys));
+    return failure.isFailure() ? failure : watch.await(keyCount(keys));
 }
 
 Failure giveFocus(DrivenProgram &program, const ObjectHandle &object)
