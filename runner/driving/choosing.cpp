@@ -2,6 +2,8 @@
 
 #include "pointer.h"
 
+#include <algorithm>
+
 namespace Vorkel::Runner {
 
 namespace {
@@ -9,19 +11,28 @@ namespace {
 const QString OpenMenu = QStringLiteral("{type='QMenu' visible='true'}");
 const QString MenuBar = QStringLiteral("{type='QMenuBar' visible='true'}");
 
+/// Farther in than the frame of any menu.
+constexpr int MenuEdge = 4;
+
 Failure refused(const QString &text)
 {
     return { ExitCode::CallFailed, text };
+}
+
+Failure awaitItem(DrivenProgram &program, const ObjectHandle &container, const QString &text,
+                  ObjectHandle *item)
+{
+    return program.retry([&] {
+        const Failure found = program.objects().readyItem(container, text, item);
+        return found.isFailure() ? found : program.objects().checkReady(*item);
+    });
 }
 
 /// Clicks on the item once it is ready.
 Failure clickItem(DrivenProgram &program, const ObjectHandle &container, const QString &text)
 {
     ObjectHandle item;
-    const Failure failure = program.retry([&] {
-        const Failure found = program.objects().readyItem(container, text, &item);
-        return found.isFailure() ? found : program.objects().checkReady(item);
-    });
+    const Failure failure = awaitItem(program, container, text, &item);
     return failure.isFailure() ? failure : clickOn(program, item);
 }
 
@@ -63,12 +74,39 @@ Failure openedMenu(const std::shared_ptr<DrivenProgram> &program, const QString 
     return opened.await(menu);
 }
 
+/// Moves into a menu that opened for what is at `from`, straight down or sideways: on a slant the pointer
+/// would cross the neighbours, which open their own. Gives where it is then.
+Failure enterMenu(RemoteObjects &objects, const ObjectHandle &menu, const QPoint &from, QPoint *at)
+{
+    QRect place;
+    if (const Failure failure = objects.bounds(menu, &place); failure.isFailure())
+        return failure;
+    const QRect inside = place.marginsRemoved({ MenuEdge, MenuEdge, MenuEdge, MenuEdge });
+    *at = QPoint(std::clamp(from.x(), inside.left(), std::max(inside.left(), inside.right())),
+                 std::clamp(from.y(), inside.top(), std::max(inside.top(), inside.bottom())));
+    return objects.pointer(menu, { PointerAction::Move, *at - place.topLeft() });
+}
+
 Failure walkMenus(const std::shared_ptr<DrivenProgram> &program, ObjectHandle menu, const QStringList &path)
 {
+    RemoteObjects &objects = program->objects();
+    std::optional<QPoint> pointer; // where it is, once it is in a menu of ours
     for (qsizetype i = 0; i < path.size(); ++i) {
-        Failure failure = clickItem(*program, menu, path.at(i));
+        QRect place;
+        ObjectHandle item;
+        ClickSettings settings;
+        Failure failure = awaitItem(*program, menu, path.at(i), &item);
+        if (!failure.isFailure())
+            failure = objects.bounds(item, &place);
+        if (pointer)
+            settings.at = QPoint(pointer->x() - place.x(), place.height() / 2);
+        if (!failure.isFailure())
+            failure = clickOn(*program, item, settings);
         if (!failure.isFailure() && i + 1 < path.size())
             failure = openedMenu(program, path.at(i), &menu);
+        if (!failure.isFailure() && i + 1 < path.size())
+            failure = enterMenu(objects, menu, settings.at ? place.topLeft() + *settings.at : place.center(),
+                                &pointer.emplace());
         if (failure.isFailure())
             return failure;
     }

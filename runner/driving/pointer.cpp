@@ -18,32 +18,6 @@ QString stepText(const char *action, const Locator &target)
     return QStringLiteral("%1 %2").arg(QLatin1String(action), target.text());
 }
 
-/// Controls with a mark in front of their text take clicks on these alone, not all over their width.
-Failure pressPoint(RemoteObjects &objects, const ObjectHandle &object, std::optional<QPoint> *at)
-{
-    if (*at)
-        return {};
-    const ClassRecord *record = nullptr;
-    if (const Failure failure = objects.classOf(object, &record); failure.isFailure())
-        return failure;
-    const ClassRecords &classes = objects.classes();
-    if (!classes.inherits(record, QStringLiteral("QCheckBox"))
-        && !classes.inherits(record, QStringLiteral("QRadioButton")))
-        return {};
-    QVariant direction;
-    if (const Failure failure = objects.getProperty(object, QStringLiteral("layoutDirection"), &direction);
-        failure.isFailure())
-        return failure;
-    QRect place;
-    if (const Failure failure = objects.bounds(object, &place); failure.isFailure())
-        return failure.code == ExitCode::CallFailed ? Failure() : failure;
-    const int middle = place.height() / 2;
-    const int inset = std::min(middle, place.width() / 2);
-    const bool isMirrored = direction.toString() == QLatin1String("RightToLeft");
-    *at = QPoint(isMirrored ? place.width() - inset : inset, middle);
-    return {};
-}
-
 /// Runs `inject` and waits until the program has handled `events` of its input.
 template <typename Inject>
 Failure injectAndAwait(DrivenProgram &program, int events, Inject inject)
@@ -71,8 +45,6 @@ Failure clickOn(DrivenProgram &program, const ObjectHandle &object, const ClickS
 {
     RemoteObjects &objects = program.objects();
     PointerAction action { PointerAction::Press, settings.at, settings.button, settings.modifiers };
-    if (const Failure failure = pressPoint(objects, object, &action.at); failure.isFailure())
-        return failure;
     return injectAndAwait(program, PressAndRelease, [&] {
         const Failure pressed = objects.pointer(object, action);
         action.kind = PointerAction::Release;
