@@ -10,6 +10,8 @@ namespace Vorkel::Runner {
 namespace {
 
 constexpr int PressAndRelease = 2;
+/// Eighths of a degree, in which wheels are counted.
+constexpr int WheelNotch = 120;
 /// Farther than any platform needs to take a movement for a drag.
 constexpr int DragStart = 20;
 
@@ -86,8 +88,9 @@ Failure turnWheel(const Locator &target, int notches)
         RemoteObjects &objects = target.program().objects();
         if (const Failure failure = objects.pointer(object, {}); failure.isFailure())
             return failure;
-        return injectAndAwait(target.program(), std::min(1, std::abs(notches)),
-                              [&] { return objects.request(QStringLiteral("rawScrollEvent"), { notches }); });
+        return injectAndAwait(target.program(), std::min(1, std::abs(notches)), [&] {
+            return objects.request(QStringLiteral("rawScrollEvent"), { notches * WheelNotch });
+        });
     });
 }
 
