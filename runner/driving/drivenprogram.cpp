@@ -142,9 +142,9 @@ Failure DrivenProgram::watch(const QString &what, const std::function<bool()> &h
     m_sinceStep.start();
     while (!happened() && !m_sinceStep.hasExpired(m_stepLimitMs) && m_session)
         m_session->idle(PollMs);
-    Failure failure;
-    if (!happened())
-        failure = { ExitCode::CallFailed, QStringLiteral("it is not so") };
+    Failure failure = happened() ? Failure() : unusable();
+    if (!happened() && !failure.isFailure())
+        failure = { ExitCode::CallFailed, QStringLiteral("it runs") };
     failure = judged(what, failure);
     tell(what, failure);
     return failure;

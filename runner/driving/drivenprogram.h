@@ -54,7 +54,7 @@ public:
     /// Does `work` as one step called `what`, which may take `limitMs`, or the program's own limit when that
     /// is negative, and tells the listener. The failure says what the step was.
     Failure step(const QString &what, const std::function<Failure()> &work, int limitMs = -1);
-    /// The same for a step that only waits for something, and also when the program has ended.
+    /// The same for a step that waits for the program to run or to end, and also when it has ended.
     Failure watch(const QString &what, const std::function<bool()> &happened);
     /// Within a step: repeats `attempt` until the program no longer refuses it, or the step's limit is over.
     /// Gives what the last attempt gave.

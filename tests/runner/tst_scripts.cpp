@@ -192,7 +192,7 @@ void tst_scripts::saysWhatWentWrong_data()
     row("expect(moody).toHaveProperty('x', -9)",       u"expected: x -9\n +actual:   \\d+\n +.tried for 1 s."_s);
     row("expect(moody).not.toExist()",                 u"expected: not an object\n +actual:   an object"_s);
     row("expect(app.find({name: 'mood'})).toExist()",  u"expected: an object\n +actual:   Object '{name='mood'}' not found"_s);
-    row("expect(app).not.toBeRunning()",               u"expect moodyprogram to have ended"_s);
+    row("expect(app).not.toBeRunning()",               u"expect moodyprogram to have ended: it runs\n"_s);
     row("moody.get('windowTitel')",                    u"has no property 'windowTitel'; did you mean 'windowTitle'"_s);
     row("moody.call('sun', 1, 2)",                     u"has no method 'sun'; did you mean 'sum'"_s);
     row("app.call('nonsense')",                        u"the program has no global function 'nonsense'"_s);
