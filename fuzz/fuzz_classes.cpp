@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const auto parsed = ClassRecords::parse(bytes);
     FUZZ_CHECK(peak.bytes() <= StepBytes + BytesPerByte * bytes.size());
     const ClassRecords &records = parsed.value();
-    FUZZ_CHECK(parsed.isOk() || records.classes().isEmpty());
+    FUZZ_CHECK(parsed.isOk() || records.classes().empty());
     for (const ClassRecord &record : records.classes()) {
         const QStringList properties = records.propertyNames(&record);
         const QStringList methods = records.methodNames(&record);

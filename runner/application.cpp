@@ -62,12 +62,14 @@ bool Application::send(const QString &name, const ArgumentList &arguments)
     return m_ipc.send(m_data.id, name, arguments) != -1;
 }
 
-void Application::handleSend(FUInt32, const QString &name, const ArgumentList &)
+void Application::handleSend(FUInt32, const QString &name, const ArgumentList &arguments)
 {
     if (name == QLatin1String("requestDescriptorData"))
         send(QStringLiteral("objectDescriptorData"), { QByteArray() });
     else if (name == QLatin1String("appAboutToExit"))
         emit aboutToExit();
+    else if (name == QLatin1String("registerClasses"))
+        emit classesAnnounced(arguments.value(1).toByteArray());
 }
 
 void Application::handleBroadcast(FUInt32, const QString &name, const ArgumentList &arguments)

@@ -40,6 +40,8 @@ signals:
     /// A line for the tester's log.
     void logged(const QString &text);
     void aboutToExit();
+    /// The records of new classes.
+    void classesAnnounced(const QByteArray &records);
     void closed();
 
 private:

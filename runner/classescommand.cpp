@@ -1,4 +1,5 @@
 #include "commands.h"
+#include "look.h"
 #include "objecttree.h"
 
 #include <QJsonArray>

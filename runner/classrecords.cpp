@@ -2,6 +2,8 @@
 
 #include <QDataStream>
 
+#include <algorithm>
+
 namespace Vorkel::Runner {
 
 namespace {
@@ -163,14 +165,27 @@ FunctionCallResult<ClassRecords> ClassRecords::parse(const QByteArray &bytes)
                             .arg(records.m_classes.size())
                             .arg(record.name));
         }
-        records.m_classes.append(std::move(record));
+        records.m_classes.push_back(std::move(record));
     }
     return records;
 }
 
+void ClassRecords::append(const QByteArray &bytes)
+{
+    Reader reader(bytes);
+    while (!reader.atEnd()) {
+        ClassRecord record = reader.classRecord();
+        if (!reader.isOk())
+            return;
+        if (record.id == static_cast<int>(m_classes.size()))
+            m_classes.push_back(std::move(record));
+    }
+}
+
 const ClassRecord *ClassRecords::byId(int id) const
 {
-    return id >= 0 && id < m_classes.size() ? &m_classes.at(id) : nullptr;
+    return id >= 0 && static_cast<size_t>(id) < m_classes.size() ? &m_classes[static_cast<size_t>(id)]
+                                                                 : nullptr;
 }
 
 const ClassRecord *ClassRecords::byName(const QString &name) const
@@ -189,6 +204,12 @@ QList<const ClassRecord *> ClassRecords::lineage(const ClassRecord *of) const
     for (const ClassRecord *at = of; at && !found.contains(at); at = byName(at->superName))
         found.append(at);
     return found;
+}
+
+bool ClassRecords::inherits(const ClassRecord *of, const QString &name) const
+{
+    const QList<const ClassRecord *> all = lineage(of);
+    return std::any_of(all.begin(), all.end(), [&](const ClassRecord *at) { return at->name == name; });
 }
 
 const PropertyRecord *ClassRecords::property(const ClassRecord *of, const QString &name) const
@@ -216,11 +237,16 @@ QList<const MethodRecord *> ClassRecords::methods(const ClassRecord *of, const Q
 
 const EnumRecord *ClassRecords::enumOf(const ArgumentRecord &type) const
 {
-    const ClassRecord *scope = type.enumName.isEmpty() ? nullptr : byName(type.enumClassName);
-    if (!scope)
+    return type.enumName.isEmpty() ? nullptr : enumNamed(type.enumClassName, type.enumName);
+}
+
+const EnumRecord *ClassRecords::enumNamed(const QString &scope, const QString &name) const
+{
+    const ClassRecord *holder = byName(scope);
+    if (!holder)
         return nullptr;
-    for (const EnumRecord &record : scope->enums) {
-        if (record.name == type.enumName)
+    for (const EnumRecord &record : holder->enums) {
+        if (record.name == name)
             return &record;
     }
     return nullptr;

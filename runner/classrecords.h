@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <deque>
+
 namespace Vorkel::Runner {
 
 /// A typed slot as the program describes it.
@@ -67,16 +69,25 @@ public:
     /// Reads what `allClasses` gave; the failure says which class could not be read.
     [[nodiscard]] static FunctionCallResult<ClassRecords> parse(const QByteArray &bytes);
 
-    [[nodiscard]] const QList<ClassRecord> &classes() const { return m_classes; }
+    /// Adds what `registerClasses` announces behind the classes that are known. Records that would leave a
+    /// gap, or cannot be read, are left out.
+    void append(const QByteArray &bytes);
+
+    /// A class stays where it is when others are appended.
+    [[nodiscard]] const std::deque<ClassRecord> &classes() const { return m_classes; }
     /// Null when there is none.
     [[nodiscard]] const ClassRecord *byId(int id) const;
     [[nodiscard]] const ClassRecord *byName(const QString &name) const;
+    /// Whether the class is called `name` or inherits the one that is.
+    [[nodiscard]] bool inherits(const ClassRecord *of, const QString &name) const;
     /// The property `name` of the class or of one above it.
     [[nodiscard]] const PropertyRecord *property(const ClassRecord *of, const QString &name) const;
     /// The overloads of `name`, those of derived classes first.
     [[nodiscard]] QList<const MethodRecord *> methods(const ClassRecord *of, const QString &name) const;
     /// The enum that `type` names; null when it names none.
     [[nodiscard]] const EnumRecord *enumOf(const ArgumentRecord &type) const;
+    /// The enum `name` of the class or namespace `scope`; null when there is none.
+    [[nodiscard]] const EnumRecord *enumNamed(const QString &scope, const QString &name) const;
     /// Of all members that the class has or inherits.
     [[nodiscard]] QStringList propertyNames(const ClassRecord *of) const;
     [[nodiscard]] QStringList methodNames(const ClassRecord *of) const;
@@ -84,7 +95,7 @@ public:
 private:
     [[nodiscard]] QList<const ClassRecord *> lineage(const ClassRecord *of) const;
 
-    QList<ClassRecord> m_classes;
+    std::deque<ClassRecord> m_classes;
 };
 
 // As the system prints them.

@@ -17,6 +17,8 @@ Failure getCommand(const Options &options);
 Failure setCommand(const Options &options);
 Failure invokeCommand(const Options &options);
 Failure callCommand(const Options &options);
+Failure testCommand(const Options &options);
+Failure screenshotCommand(const Options &options);
 Failure injectCommand(const Options &options);
 
 } // namespace Vorkel::Runner

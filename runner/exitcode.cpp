@@ -21,6 +21,7 @@ constexpr Row Rows[] = {
     { ExitCode::EndedEarly,     "the program ended before it connected" },
     { ExitCode::NeverConnected, "the program did not connect or answer in time" },
     { ExitCode::ConnectionLost, "the program ended or closed the connection meanwhile" },
+    { ExitCode::TestsFailed,    "tests failed" },
     { ExitCode::Interrupted,    "interrupted" },
 };
 // clang-format on

@@ -15,6 +15,7 @@ enum class ExitCode {
     EndedEarly = 6,
     NeverConnected = 7,
     ConnectionLost = 8,
+    TestsFailed = 9,
     Interrupted = 130
 };
 

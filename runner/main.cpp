@@ -48,21 +48,31 @@ constexpr char InvokeDetails[] =
         "its arguments as JSON in parentheses if it takes any: clear, 'setText(\"new\")'. Prints what it\n"
         "returns.\n";
 
+constexpr char ScreenshotDetails[] =
+        "A NAME is one that 'vorkel find' takes; without one it is the whole desktop. The format is that of\n"
+        "the file's suffix.\n";
+constexpr char TestDetails[] =
+        "Runs the tests of each FILE, a script, and prints each step with its time, then how many passed.\n"
+        "What scripts launch without naming it is the COMMAND. docs/scripting.md tells how to write them.\n";
+
 constexpr int TreeOptions = SessionOptions | MapOption | DepthOption;
+constexpr int NamesOptions = SessionOptions | MapOption | OutputOption | AuditOption;
 constexpr int ObjectOptions = SessionOptions | MapOption | WaitOption;
 
 // clang-format off
 constexpr Command Commands[] = {
-    { { "info",    "Starts a Qt 6 program with the hook inside and prints what the hook reports.", nullptr,               0, 0,   InfoDetails,    SessionOptions                            }, infoCommand    },
-    { { "tree",    "Starts a Qt 6 program and prints its objects.",                                nullptr,               0, 0,   TreeDetails,    TreeOptions                               }, treeCommand    },
-    { { "names",   "Starts a Qt 6 program and prints an object map of what is on screen.",         nullptr,               0, 0,   NamesDetails,   SessionOptions | MapOption | NamesOptions }, namesCommand   },
-    { { "find",    "Starts a Qt 6 program and finds an object by its name.",                       "NAME",                1, 1,   FindDetails,    ObjectOptions                             }, findCommand    },
-    { { "get",     "Starts a Qt 6 program and prints a property of an object.",                    "NAME PROPERTY",       2, 2,   GetDetails,     ObjectOptions                             }, getCommand     },
-    { { "set",     "Starts a Qt 6 program and sets a property of an object.",                      "NAME PROPERTY VALUE", 3, 3,   SetDetails,     ObjectOptions                             }, setCommand     },
-    { { "invoke",  "Starts a Qt 6 program and calls a slot or method of an object.",               "NAME CALL",           2, 2,   InvokeDetails,  ObjectOptions                             }, invokeCommand  },
-    { { "classes", "Starts a Qt 6 program and prints the classes of its objects.",                 nullptr,               0, 0,   ClassesDetails, SessionOptions | DepthOption              }, classesCommand },
-    { { "call",    "Starts a Qt 6 program and calls remote functions of its hook.",                "CALL...",             1, 999, CallDetails,    SessionOptions                            }, callCommand    },
-    { { "inject",  "Runs a Qt 6 program with the hook inside, for a runner of your own.",          nullptr,               0, 0,   InjectDetails,  NoOptions                                 }, injectCommand  },
+    { { "test",       "Runs test scripts that start Qt 6 programs and drive them.",                   "FILE...",             1, 9999, TestDetails,       TestOptions | CommandIsOptional }, testCommand       },
+    { { "info",       "Starts a Qt 6 program with the hook inside and prints what the hook reports.", nullptr,               0, 0,    InfoDetails,       SessionOptions                  }, infoCommand       },
+    { { "tree",       "Starts a Qt 6 program and prints its objects.",                                nullptr,               0, 0,    TreeDetails,       TreeOptions                     }, treeCommand       },
+    { { "names",      "Starts a Qt 6 program and prints an object map of what is on screen.",         nullptr,               0, 0,    NamesDetails,      NamesOptions                    }, namesCommand      },
+    { { "find",       "Starts a Qt 6 program and finds an object by its name.",                       "NAME",                1, 1,    FindDetails,       ObjectOptions                   }, findCommand       },
+    { { "get",        "Starts a Qt 6 program and prints a property of an object.",                    "NAME PROPERTY",       2, 2,    GetDetails,        ObjectOptions                   }, getCommand        },
+    { { "set",        "Starts a Qt 6 program and sets a property of an object.",                      "NAME PROPERTY VALUE", 3, 3,    SetDetails,        ObjectOptions                   }, setCommand        },
+    { { "invoke",     "Starts a Qt 6 program and calls a slot or method of an object.",               "NAME CALL",           2, 2,    InvokeDetails,     ObjectOptions                   }, invokeCommand     },
+    { { "screenshot", "Starts a Qt 6 program and takes a picture of an object of it.",                "[NAME]",              0, 1,    ScreenshotDetails, ObjectOptions | OutputOption    }, screenshotCommand },
+    { { "classes",    "Starts a Qt 6 program and prints the classes of its objects.",                 nullptr,               0, 0,    ClassesDetails,    SessionOptions | DepthOption    }, classesCommand    },
+    { { "call",       "Starts a Qt 6 program and calls remote functions of its hook.",                "CALL...",             1, 999,  CallDetails,       SessionOptions                  }, callCommand       },
+    { { "inject",     "Runs a Qt 6 program with the hook inside, for a runner of your own.",          nullptr,               0, 0,    InjectDetails,     NoOptions                       }, injectCommand     },
 };
 // clang-format on
 
@@ -72,7 +82,7 @@ QString generalHelp()
                                   "Usage: vorkel COMMAND [options] -- PROGRAM [ARGUMENT...]\n\nCommands:\n");
     for (const Command &command : Commands) {
         text += QStringLiteral("  %1 %2\n")
-                        .arg(QLatin1String(command.info.name), -8)
+                        .arg(QLatin1String(command.info.name), -10)
                         .arg(QLatin1String(command.info.summary));
     }
     text += QStringLiteral("\n'vorkel COMMAND --help' tells more about one of them.\n\nExit codes:\n");

@@ -1,5 +1,5 @@
 #include "commands.h"
-#include "objecttree.h"
+#include "look.h"
 #include "shownobjects.h"
 
 #include <QJsonArray>

@@ -2,7 +2,7 @@
 
 #include "callsyntax.h"
 #include "commands.h"
-#include "objecttree.h"
+#include "look.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

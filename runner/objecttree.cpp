@@ -1,7 +1,5 @@
 #include "objecttree.h"
 
-#include <QFile>
-
 namespace Vorkel::Runner {
 
 Failure readTree(RemoteObjects &objects, const ObjectHandle &at, int depth, QList<TreeNode> *nodes)
@@ -30,19 +28,25 @@ Failure readTree(RemoteObjects &objects, const ObjectHandle &at, int depth, QLis
     return {};
 }
 
-Failure prepare(Look &look, const Options &options)
+namespace {
+
+void append(QString *text, const QList<TreeNode> &nodes, const QString &indent,
+            const std::function<QString(const QString &)> &nameOf)
 {
-    if (const Failure failure = look.objects.readClasses(); failure.isFailure() || options.mapFile.isEmpty())
-        return failure;
-    QFile file(options.mapFile);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {
-            ExitCode::BadUsage,
-            QStringLiteral("cannot read the object map '%1': %2").arg(options.mapFile, file.errorString())
-        };
+    for (const TreeNode &node : nodes) {
+        const QString name = nameOf ? nameOf(node.realName) : node.realName;
+        *text += QStringLiteral("%1%2 : %3  %4\n").arg(indent, node.name, node.className, name);
+        append(text, node.children, indent + QLatin1String("  "), nameOf);
     }
-    look.map.loadFromString(QString::fromUtf8(file.readAll()));
-    return look.objects.setObjectMap(look.map.toString());
+}
+
+} // namespace
+
+QString toText(const QList<TreeNode> &nodes, const std::function<QString(const QString &)> &nameOf)
+{
+    QString text;
+    append(&text, nodes, QString(), nameOf);
+    return text;
 }
 
 } // namespace Vorkel::Runner

@@ -1,10 +1,6 @@
 #pragma once
 
-#include "options.h"
-#include "progress.h"
 #include "remoteobjects.h"
-
-#include "objectmodel/objectmap.h"
 
 namespace Vorkel::Runner {
 
@@ -18,35 +14,12 @@ struct TreeNode
     QList<TreeNode> children;
 };
 
-/// A look at the objects of a running program, by the names of an object map.
-struct Look
-{
-    explicit Look(Session *session)
-        : objects(session)
-    {
-    }
-
-    RemoteObjects objects;
-    ObjectMap map { false };
-};
-
 /// Reads the objects below `at`, `depth` levels of them, all when it is negative.
 Failure readTree(RemoteObjects &objects, const ObjectHandle &at, int depth, QList<TreeNode> *nodes);
 
-/// Reads the program's classes and gives it the object map of `options`, if they name one.
-Failure prepare(Look &look, const Options &options);
-
-/// Starts the program of `options` and lets `work` look at its objects.
-template <typename Work>
-Failure lookAtProgram(const Options &options, Work work)
-{
-    Session session(options.session);
-    const Progress progress(&session);
-    if (const Failure failure = session.start(options.command); failure.isFailure())
-        return failure;
-    Look look(&session);
-    const Failure failure = prepare(look, options);
-    return failure.isFailure() ? failure : work(look);
-}
+/// A line for each object with name, class and what `nameOf` makes of its real name; children are indented
+/// below their parent.
+[[nodiscard]] QString toText(const QList<TreeNode> &nodes,
+                             const std::function<QString(const QString &)> &nameOf = {});
 
 } // namespace Vorkel::Runner

@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include <QCommandLineParser>
+#include <QRegularExpression>
 
 namespace Vorkel::Runner {
 
@@ -29,13 +30,35 @@ const QCommandLineOption MapFileOption(QStringLiteral("map"),
 const QCommandLineOption WaitLimitOption(
         QStringLiteral("wait"), QStringLiteral("Wait this long for an object that is not there yet (5)."),
         QStringLiteral("seconds"), QStringLiteral("5"));
-const QCommandLineOption OutputOption(QStringList { QStringLiteral("o"), QStringLiteral("output") },
-                                      QStringLiteral("Write to this file instead of the standard output."),
-                                      QStringLiteral("file"));
-const QCommandLineOption AuditOption(QStringLiteral("audit"),
+const QCommandLineOption OutputFileOption(
+        QStringList { QStringLiteral("o"), QStringLiteral("output") },
+        QStringLiteral("Write to this file instead of the standard output."), QStringLiteral("file"));
+const QCommandLineOption JudgeOption(QStringLiteral("audit"),
                                      QStringLiteral("List the objects that lack a lasting name instead, and "
                                                     "what would help."));
 const QCommandLineOption JsonOption(QStringLiteral("json"), QStringLiteral("Print JSON, for tools."));
+
+const QCommandLineOption StepLimitOption(QStringLiteral("timeout"),
+                                         QStringLiteral("Wait this long for what a step needs (10)."),
+                                         QStringLiteral("seconds"), QStringLiteral("10"));
+const QCommandLineOption JunitOption(QStringLiteral("junit"),
+                                     QStringLiteral("Write the results to this file as JUnit XML."),
+                                     QStringLiteral("file"));
+const QCommandLineOption EvidenceOption(
+        QStringLiteral("evidence"),
+        QStringLiteral("Keep message, screenshot and objects of each failure below this folder "
+                       "(vorkel-failures)."),
+        QStringLiteral("folder"), QStringLiteral("vorkel-failures"));
+const QCommandLineOption FilterOption(
+        QStringLiteral("filter"),
+        QStringLiteral("Run only the tests whose names this regular expression matches."),
+        QStringLiteral("pattern"));
+const QCommandLineOption XvfbOption(
+        QStringLiteral("xvfb"),
+        QStringLiteral(
+                "Run the programs on an X server without a screen, started for this run, with a desktop "
+                "of this size (1280x1024)."),
+        QStringLiteral("size"));
 
 /// Without a display Qt programs do not start, so they get a platform that needs none.
 QString defaultPlatform()
@@ -90,6 +113,34 @@ void readDepth(const QCommandLineParser &parser, Options *options)
         options->error = badValue(parser, DepthLimitOption, QStringLiteral("a number above 0"));
 }
 
+void readTest(const QCommandLineParser &parser, Options *options)
+{
+    options->stepLimitMs = readSeconds(parser, StepLimitOption, false, &options->error);
+    options->session.platform =
+            parser.isSet(PlatformOption) ? parser.value(PlatformOption) : defaultPlatform();
+    options->isPlatformGiven = parser.isSet(PlatformOption);
+    options->junitFile = parser.value(JunitOption);
+    options->evidenceFolder = parser.value(EvidenceOption);
+    options->filter = parser.value(FilterOption);
+    if (!parser.isSet(XvfbOption))
+        return;
+    const QStringList numbers = parser.value(XvfbOption).split(u'x');
+    options->displaySize = QSize(numbers.value(0).toInt(), numbers.value(1).toInt());
+    if (numbers.size() != 2 || options->displaySize.isEmpty())
+        options->error = badValue(parser, XvfbOption, QStringLiteral("a size like 1280x1024"));
+}
+
+/// The size of the X server's desktop may be left out, which the parser has no form for.
+QStringList withDisplaySize(QStringList arguments)
+{
+    static const QRegularExpression size(QStringLiteral("^\\d+x\\d+$"));
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        if (arguments.at(i) == QLatin1String("--xvfb") && !size.match(arguments.value(i + 1)).hasMatch())
+            arguments[i] = QStringLiteral("--xvfb=1280x1024");
+    }
+    return arguments;
+}
+
 /// Why the words between the options and "--" are not what the command takes.
 QString badWords(const CommandInfo &info, const Options &options)
 {
@@ -98,7 +149,7 @@ QString badWords(const CommandInfo &info, const Options &options)
         return QStringLiteral("'%1' is not understood; the program to start stands behind '--'")
                 .arg(options.words.at(info.maxWords));
     }
-    if (options.command.isEmpty())
+    if (options.command.isEmpty() && !(info.options & CommandIsOptional))
         return QStringLiteral("the program to start is missing: it stands behind '--'");
     return count < info.minWords ? QStringLiteral("'%1' takes %2 before '--'")
                                            .arg(QLatin1String(info.name), QLatin1String(info.wordsHelp))
@@ -110,9 +161,11 @@ QString helpText(const CommandInfo &info, const QCommandLineParser &parser)
     // The parser knows nothing of the part behind "--", so its first line is replaced.
     const QString options = parser.helpText();
     const QString words = info.wordsHelp ? QLatin1String(info.wordsHelp) + u' ' : QString();
-    return QStringLiteral("Usage: vorkel %1 [options] %2-- COMMAND [ARGUMENT...]\n%3\n%4\n%5")
-            .arg(QLatin1String(info.name), words, QLatin1String(info.summary), QLatin1String(info.details),
-                 options.mid(options.indexOf(QLatin1String("Options:"))));
+    const QString command = info.options & CommandIsOptional ? QStringLiteral("[-- COMMAND [ARGUMENT...]]")
+                                                             : QStringLiteral("-- COMMAND [ARGUMENT...]");
+    return QStringLiteral("Usage: vorkel %1 [options] %2%3\n%4\n%5\n%6")
+            .arg(QLatin1String(info.name), words, command, QLatin1String(info.summary),
+                 QLatin1String(info.details), options.mid(options.indexOf(QLatin1String("Options:"))));
 }
 
 } // namespace
@@ -134,13 +187,18 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
         parser.addOption(MapFileOption);
     if (info.options & WaitOption)
         parser.addOption(WaitLimitOption);
-    if (info.options & NamesOptions)
-        parser.addOptions({ OutputOption, AuditOption });
+    if (info.options & OutputOption)
+        parser.addOption(OutputFileOption);
+    if (info.options & AuditOption)
+        parser.addOption(JudgeOption);
+    if (info.options & TestOptions)
+        parser.addOptions(
+                { StepLimitOption, PlatformOption, XvfbOption, FilterOption, JunitOption, EvidenceOption });
 
     const qsizetype separator = arguments.indexOf(QLatin1String("--"));
     const QStringList own = separator < 0 ? arguments : arguments.first(separator);
     options.command = separator < 0 ? QStringList() : arguments.mid(separator + 1);
-    if (!parser.parse(QStringList(QStringLiteral("vorkel")) + own)) {
+    if (!parser.parse(QStringList(QStringLiteral("vorkel")) + withDisplaySize(own))) {
         options.error = parser.errorText();
         if (options.error.endsWith(u'.'))
             options.error.chop(1);
@@ -159,10 +217,12 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
         options.mapFile = parser.value(MapFileOption);
     if (info.options & WaitOption)
         options.waitMs = readSeconds(parser, WaitLimitOption, true, &options.error);
-    if (info.options & NamesOptions) {
-        options.outputFile = parser.value(OutputOption);
-        options.audit = parser.isSet(AuditOption);
-    }
+    if (info.options & OutputOption)
+        options.outputFile = parser.value(OutputFileOption);
+    if (info.options & AuditOption)
+        options.audit = parser.isSet(JudgeOption);
+    if (info.options & TestOptions)
+        readTest(parser, &options);
     if (const QString error = badWords(info, options); !error.isEmpty())
         options.error = error;
     return options;

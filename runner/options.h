@@ -2,6 +2,7 @@
 
 #include "session.h"
 
+#include <QSize>
 #include <QStringList>
 
 namespace Vorkel::Runner {
@@ -16,6 +17,12 @@ struct Options
     QString mapFile; ///< the object map to use; empty: none
     QString outputFile; ///< where to write; empty: the standard output
     bool audit = false;
+    int stepLimitMs = 10000; ///< for each step of a test
+    QString junitFile; ///< where to write the results as XML; empty: nowhere
+    QString evidenceFolder; ///< where to keep what failures leave behind
+    QString filter; ///< a regular expression for the names of tests
+    QSize displaySize; ///< of an X server to start for the run; empty: none
+    bool isPlatformGiven = false;
     QStringList words; ///< between the options and `--`
     QStringList command; ///< behind `--`: the program and its arguments
 
@@ -32,7 +39,10 @@ enum OptionSet {
     DepthOption = 2,
     MapOption = 4, ///< an object map
     WaitOption = 8, ///< how long to wait for an object
-    NamesOptions = 16 ///< where to write names, and whether to judge them
+    OutputOption = 16, ///< where to write
+    AuditOption = 32, ///< whether to judge names
+    TestOptions = 64, ///< what to run, where, and what to leave behind
+    CommandIsOptional = 128 ///< there may be no program behind `--`
 };
 
 /// What one command takes.

@@ -29,6 +29,11 @@ public:
     [[nodiscard]] bool hasEnded() const { return m_process.state() == QProcess::NotRunning; }
     /// Waits up to `ms` milliseconds for its end; whether it has ended.
     [[nodiscard]] bool awaitEnd(int ms) { return hasEnded() || m_process.waitForFinished(ms); }
+    /// Whether it ended with code 0.
+    [[nodiscard]] bool endedWell() const
+    {
+        return hasEnded() && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    }
     /// How it ended, for a person.
     [[nodiscard]] QString ending() const;
     /// The last lines that it wrote on its standard error stream.

@@ -33,6 +33,13 @@ ObjectHandle handleFrom(const QString &text)
 RemoteObjects::RemoteObjects(Session *session)
     : m_session(session)
 {
+    m_announcements = QObject::connect(session, &Session::classesAnnounced,
+                                       [this](const QByteArray &records) { m_classes.append(records); });
+}
+
+RemoteObjects::~RemoteObjects()
+{
+    QObject::disconnect(m_announcements);
 }
 
 Failure RemoteObjects::call(const QString &function, const ArgumentList &arguments, QVariant *reply)
@@ -177,6 +184,22 @@ Failure RemoteObjects::getProperty(const ObjectHandle &object, const QString &pr
                         QStringLiteral("property '%1' of %2 has no value").arg(property, className), value);
 }
 
+Failure RemoteObjects::getProperty(const ObjectHandle &object, const QString &property, QVariant *value)
+{
+    const PropertyRecord *record = nullptr;
+    QString className;
+    if (const Failure failure = findProperty(object, property, &record, &className); failure.isFailure())
+        return failure;
+    ObjectHandle got;
+    const Failure failure =
+            callObject(QStringLiteral("getProperty"), { object.id, record->id }, QString(), &got);
+    *value = QVariant();
+    // Nothing is a value, too.
+    if (failure.code == ExitCode::CallFailed && failure.text.isEmpty())
+        return {};
+    return failure.isFailure() ? failure : toValue(got, record->type, value);
+}
+
 Failure RemoteObjects::properties(const ObjectHandle &object, QList<std::pair<QString, QString>> *found)
 {
     const ClassRecord *record = nullptr;
@@ -204,8 +227,12 @@ Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &pr
     if (!record->isWritable())
         return refused(QStringLiteral("property '%1' of %2 is read-only").arg(property, className));
     ObjectHandle created;
-    if (const Failure failure = createValue(value, record->type.className, &created); failure.isFailure())
-        return failure;
+    const bool hasParts = value.typeId() == QMetaType::QVariantMap
+            && !record->type.className.startsWith(QLatin1String("Vorkel_"));
+    Failure made = hasParts ? setParts(object, *record, value.toMap(), &created)
+                            : createValue(value, record->type.className, &created);
+    if (made.isFailure())
+        return made;
     QVariant reply;
     const Failure failure =
             call(QStringLiteral("setProperty"), { object.id, record->id, created.id }, &reply);
@@ -214,16 +241,27 @@ Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &pr
     return lastError(QStringLiteral("property '%1' of %2 does not take that value").arg(property, className));
 }
 
-Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
-                              const QVariantList &arguments, QString *result)
+/// Calls a method, which may wait for its user; it gives nothing then.
+Failure RemoteObjects::callMethod(const ArgumentList &arguments, ObjectHandle *result)
 {
-    const ClassRecord *record = nullptr;
-    if (const Failure failure = classOf(object, &record); failure.isFailure())
+    QVariant stale;
+    ArgumentList values;
+    Failure failure = call(QStringLiteral("getLastError"), {}, &stale);
+    if (!failure.isFailure())
+        failure = m_session->callOrLeave(QStringLiteral("invoke"), arguments, &values);
+    if (failure.isFailure())
         return failure;
-    const QList<const MethodRecord *> overloads = m_classes.methods(record, method);
+    *result = handleFrom(values.value(0).toString());
+    return result->id == 0 ? lastError(QString()) : Failure();
+}
+
+Failure RemoteObjects::invokeOn(int target, const ClassRecord &record, const QString &method,
+                                const QVariantList &arguments, ObjectHandle *result)
+{
+    const QList<const MethodRecord *> overloads = m_classes.methods(&record, method);
     if (overloads.isEmpty()) {
         return refused(QStringLiteral("%1 has no method '%2'%3")
-                               .arg(record->name, method, suggestion(method, m_classes.methodNames(record))));
+                               .arg(record.name, method, suggestion(method, m_classes.methodNames(&record))));
     }
     QStringList reasons;
     for (const MethodRecord *overload : overloads) {
@@ -231,7 +269,7 @@ Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
             reasons.append(toText(*overload));
             continue;
         }
-        ArgumentList values { object.id, overload->id };
+        ArgumentList values { target, overload->id };
         for (qsizetype i = 0; i < arguments.size(); ++i) {
             ObjectHandle created;
             const QString &className = overload->arguments.at(i).className;
@@ -240,11 +278,8 @@ Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
                 return failure;
             values.append(created.id);
         }
-        ObjectHandle returned;
-        const Failure failure = callObject(QStringLiteral("invoke"), values, QString(), &returned);
-        if (!failure.isFailure())
-            return textOf(returned, result);
-        if (failure.code != ExitCode::CallFailed)
+        const Failure failure = callMethod(values, result);
+        if (!failure.isFailure() || failure.code != ExitCode::CallFailed)
             return failure;
         // A null without a reason is what the method gave.
         if (failure.text.isEmpty())
@@ -252,7 +287,29 @@ Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
         reasons.append(toText(*overload) + QLatin1String(": ") + failure.text);
     }
     return refused(QStringLiteral("no overload of '%1' of %2 took the call:\n  %3")
-                           .arg(method, record->name, reasons.join(QLatin1String("\n  "))));
+                           .arg(method, record.name, reasons.join(QLatin1String("\n  "))));
+}
+
+Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
+                              const QVariantList &arguments, QString *result)
+{
+    const ClassRecord *record = nullptr;
+    if (const Failure failure = classOf(object, &record); failure.isFailure())
+        return failure;
+    ObjectHandle returned;
+    const Failure failure = invokeOn(object.id, *record, method, arguments, &returned);
+    return failure.isFailure() || returned.id == 0 ? failure : textOf(returned, result);
+}
+
+Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
+                              const QVariantList &arguments, QVariant *result)
+{
+    const ClassRecord *record = nullptr;
+    if (const Failure failure = classOf(object, &record); failure.isFailure())
+        return failure;
+    ObjectHandle returned;
+    const Failure failure = invokeOn(object.id, *record, method, arguments, &returned);
+    return failure.isFailure() || returned.id == 0 ? failure : toValue(returned, {}, result);
 }
 
 } // namespace Vorkel::Runner

@@ -3,6 +3,8 @@
 #include "classrecords.h"
 #include "session.h"
 
+#include <QRect>
+
 namespace Vorkel::Runner {
 
 /// A handle to an object of the program, with its class at the time it was given.
@@ -10,6 +12,19 @@ struct ObjectHandle
 {
     int id = 0; ///< 0: the top level
     int classId = -1;
+
+    friend bool operator==(const ObjectHandle &, const ObjectHandle &) = default;
+};
+
+/// A pointer action on an object, or on the screen where it has none.
+struct PointerAction
+{
+    enum Kind { Move, Press, Release };
+
+    Kind kind = Move;
+    std::optional<QPoint> at {}; ///< from the object's top left corner; none: its middle
+    int button = 1; ///< of the system's mouse buttons; 1 is the left one
+    int modifiers = 0; ///< of the system's keyboard modifiers, or'ed
 };
 
 /// The objects of a running program, and what can be done with them. Every operation waits for the
@@ -19,11 +34,15 @@ class RemoteObjects
 public:
     /// `session` has started its program and lives longer.
     explicit RemoteObjects(Session *session);
+    ~RemoteObjects();
+    RemoteObjects(const RemoteObjects &) = delete;
+    RemoteObjects &operator=(const RemoteObjects &) = delete;
 
     /// Reads the classes that the program has announced so far.
     Failure readClasses();
     [[nodiscard]] const ClassRecords &classes() const { return m_classes; }
-    /// The class of an object; one that is new is read first. `*found` lives until classes are read again.
+    /// The class of an object; one that has not been announced is read first. `*found` lives until classes
+    /// are read again.
     Failure classOf(const ObjectHandle &object, const ClassRecord **found);
 
     Failure children(const ObjectHandle &object, QList<ObjectHandle> *found);
@@ -40,20 +59,54 @@ public:
     Failure properties(const ObjectHandle &object, QList<std::pair<QString, QString>> *found);
     /// The value of a property as text.
     Failure getProperty(const ObjectHandle &object, const QString &property, QString *value);
+    /// The value of a property: a plain value, a list, a map, the parts of a value such as a rectangle as a
+    /// map, the key of an enum, else an `ObjectHandle`.
+    /// Invalid when the property has none.
+    Failure getProperty(const ObjectHandle &object, const QString &property, QVariant *value);
+    /// A map changes the parts that it names of a value that has such.
     Failure setProperty(const ObjectHandle &object, const QString &property, const QVariant &value);
     /// Calls the first overload of `method` that takes so many arguments and accepts them. `*result` is
     /// empty when the method gives nothing.
     Failure invoke(const ObjectHandle &object, const QString &method, const QVariantList &arguments,
                    QString *result);
+    /// The same with the result as a value, of the kinds that `getProperty` gives.
+    Failure invoke(const ObjectHandle &object, const QString &method, const QVariantList &arguments,
+                   QVariant *result);
+    /// Calls a global function of the program.
+    Failure invokeGlobal(const QString &function, const QVariantList &arguments, QVariant *result);
+    /// Whether the program has a global function of this name.
+    [[nodiscard]] bool hasGlobal(const QString &function) const;
+    /// An object as text: what it says of itself, else a description.
+    Failure describe(const ObjectHandle &object, QString *text);
+
+    /// Fails with the reason until a person could use the object.
+    Failure checkReady(const ObjectHandle &object);
+    /// The item of `container` that shows `text`, once a person could use it.
+    Failure readyItem(const ObjectHandle &container, const QString &text, ObjectHandle *item);
+    Failure readyItem(const ObjectHandle &container, int row, int column, ObjectHandle *item);
+    Failure pointer(const ObjectHandle &object, const PointerAction &action);
+    /// Where the object is on the screen.
+    Failure bounds(const ObjectHandle &object, QRect *bounds);
+    /// Calls a remote function that answers true, or else has set the last error.
+    Failure request(const QString &function, const ArgumentList &arguments);
+    /// Calls a remote function; its reply as it comes.
+    Failure call(const QString &function, const ArgumentList &arguments, QVariant *reply);
+    /// The failure that a call which gave nothing has left behind; `otherwise` when it has left none.
+    Failure lastError(const QString &otherwise);
 
 private:
-    Failure call(const QString &function, const ArgumentList &arguments, QVariant *reply);
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
-    Failure lastError(const QString &otherwise);
+    Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);
+    Failure invokeOn(int target, const ClassRecord &record, const QString &method,
+                     const QVariantList &arguments, ObjectHandle *result);
+    Failure toValue(const ObjectHandle &object, const ArgumentRecord &type, QVariant *value);
     Failure createContainer(const QVariant &value, ObjectHandle *created);
     Failure createValue(const QVariant &value, const QString &className, ObjectHandle *created);
     Failure valueOf(const ObjectHandle &object, QVariant *value);
+    Failure partsOf(const ObjectHandle &object, const QStringList &names, QVariant *value);
+    Failure setParts(const ObjectHandle &object, const PropertyRecord &property, const QVariantMap &parts,
+                     ObjectHandle *changed);
     Failure contentsOf(const ObjectHandle &container, const ClassRecord &record, QVariant *value);
     Failure textOf(const ObjectHandle &object, QString *text);
     Failure propertyText(const ObjectHandle &object, const PropertyRecord &record, const QString &otherwise,
@@ -62,6 +115,7 @@ private:
                          QString *className);
 
     Session *m_session;
+    QMetaObject::Connection m_announcements;
     ClassRecords m_classes;
 };
 

@@ -42,6 +42,10 @@ Failure RemoteObjects::createValue(const QVariant &value, const QString &classNa
 {
     if (value.typeId() == QMetaType::QVariantList || value.typeId() == QMetaType::QVariantMap)
         return createContainer(value, created);
+    if (value.metaType() == QMetaType::fromType<ObjectHandle>()) {
+        *created = value.value<ObjectHandle>();
+        return {};
+    }
     if (!value.isValid()) {
         return callObject(QStringLiteral("createNull"), { className },
                           QStringLiteral("the program has no class '%1'").arg(className), created);
@@ -95,6 +99,61 @@ Failure RemoteObjects::textOf(const ObjectHandle &object, QString *text)
     const bool isContainer =
             value.typeId() == QMetaType::QVariantList || value.typeId() == QMetaType::QVariantMap;
     *text = isContainer ? toJsonText(value) : value.toString();
+    return failure;
+}
+
+Failure RemoteObjects::describe(const ObjectHandle &object, QString *text)
+{
+    return textOf(object, text);
+}
+
+/// A value of `type`, which may name an enum.
+Failure RemoteObjects::toValue(const ObjectHandle &object, const ArgumentRecord &type, QVariant *value)
+{
+    if (const EnumRecord *enumerator = m_classes.enumOf(type)) {
+        const Failure failure = valueOf(object, value);
+        *value = toText(*enumerator, value->toInt());
+        return failure;
+    }
+    const ClassRecord *record = nullptr;
+    if (const Failure failure = classOf(object, &record); failure.isFailure())
+        return failure;
+    if (object.classId <= VoidClass || record->name == ArrayName || record->name == MapName)
+        return valueOf(object, value);
+    if (m_classes.inherits(record, QStringLiteral("QObject"))) {
+        *value = QVariant::fromValue(object);
+        return {};
+    }
+    QVariant text;
+    const Failure failure = call(QStringLiteral("objectToString"), { object.id }, &text);
+    const QStringList parts = m_classes.propertyNames(record);
+    // What says nothing of itself is an object; what has parts is made of them; all else is a text, such as a
+    // colour or a date.
+    if (!failure.isFailure() && !text.toString().isEmpty() && !parts.isEmpty())
+        return partsOf(object, parts, value);
+    *value = text.toString().isEmpty() ? QVariant::fromValue(object) : text;
+    return failure;
+}
+
+Failure RemoteObjects::partsOf(const ObjectHandle &object, const QStringList &names, QVariant *value)
+{
+    QVariantMap parts;
+    for (const QString &name : names) {
+        if (const Failure failure = getProperty(object, name, &parts[name]); failure.isFailure())
+            return failure;
+    }
+    *value = parts;
+    return {};
+}
+
+/// Changes parts of the value of a property, and puts that back.
+Failure RemoteObjects::setParts(const ObjectHandle &object, const PropertyRecord &property,
+                                const QVariantMap &parts, ObjectHandle *changed)
+{
+    Failure failure = callObject(QStringLiteral("getProperty"), { object.id, property.id },
+                                 QStringLiteral("property '%1' has no value").arg(property.name), changed);
+    for (auto part = parts.begin(); part != parts.end() && !failure.isFailure(); ++part)
+        failure = setProperty(*changed, part.key(), *part);
     return failure;
 }
 

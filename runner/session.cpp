@@ -2,6 +2,9 @@
 
 #include "injection.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
 #include <QEventLoop>
 #include <QScopeGuard>
 #include <QTimer>
@@ -12,6 +15,11 @@ namespace {
 
 constexpr int TickMs = 200;
 constexpr int EndAfterConnectionMs = 500;
+/// What a call takes that waits for nobody.
+constexpr int MomentMs = 250;
+
+/// Where the program finds what belongs to this command, such as plug-ins: the folder above `bin`.
+const QString PrefixVariable = QStringLiteral("VORKEL_PREFIX");
 
 } // namespace
 
@@ -31,6 +39,8 @@ Session::Session(const SessionSettings &settings, QObject *parent)
 Session::~Session()
 {
     m_program.end();
+    // Before the listeners of its calls.
+    qDeleteAll(findChildren<Application *>(Qt::FindDirectChildrenOnly));
 }
 
 Failure Session::listen()
@@ -48,8 +58,13 @@ QProcessEnvironment Session::programEnvironment(const QString &preload) const
     environment.insert(QStringLiteral("VORKEL_PORT"), QString::number(m_server.port()));
     environment.insert(QStringLiteral("VORKEL_APPID"), QString::number(Registrar::FirstApplication));
     environment.insert(QStringLiteral("VORKEL_RECORD"), QStringLiteral("0"));
+    if (!environment.contains(PrefixVariable))
+        environment.insert(PrefixVariable,
+                           QDir::cleanPath(QCoreApplication::applicationDirPath() + QLatin1String("/..")));
     if (!m_settings.platform.isEmpty())
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), m_settings.platform);
+    for (auto entry = m_settings.environment.begin(); entry != m_settings.environment.end(); ++entry)
+        environment.insert(entry.key(), *entry);
     return environment;
 }
 
@@ -80,6 +95,7 @@ void Session::takeIn(AsyncMessageChannel *channel, const ClientData &data)
     m_application = application;
     m_milestones.shookHands = m_sinceStart.nsecsElapsed();
     connect(application, &Application::stageChanged, this, &Session::noteStage);
+    connect(application, &Application::classesAnnounced, this, &Session::classesAnnounced);
 }
 
 void Session::noteStage()
@@ -88,14 +104,28 @@ void Session::noteStage()
     (ready ? m_milestones.ready : m_milestones.initialised) = m_sinceStart.nsecsElapsed();
 }
 
+struct Session::Reply : ResponseListener<ArgumentList>
+{
+    void response(const FunctionCallResult<ArgumentList> &outcome) override { result = outcome; }
+    std::optional<FunctionCallResult<ArgumentList>> result;
+};
+
+/// What a call came to that is over.
+Failure Session::outcome(const Reply &reply, ArgumentList *values)
+{
+    if (!reply.result->isOk()) {
+        const Failure lost = whyNot();
+        return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, reply.result->error() };
+    }
+    *values = reply.result->value();
+    return {};
+}
+
 Failure Session::call(const QString &name, const ArgumentList &arguments, ArgumentList *reply)
 {
-    struct Listener : ResponseListener<ArgumentList>
-    {
-        void response(const FunctionCallResult<ArgumentList> &outcome) override { result = outcome; }
-        std::optional<FunctionCallResult<ArgumentList>> result;
-    };
-    Listener listener;
+    if (const Failure lost = whyNot(); lost.isFailure())
+        return lost;
+    Reply listener;
     const int callId = m_application->call(name, arguments, &listener);
     const Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
                                       [&] { return listener.result.has_value(); });
@@ -103,11 +133,29 @@ Failure Session::call(const QString &name, const ArgumentList &arguments, Argume
         m_application->cancelCall(callId);
         return failure;
     }
-    if (!listener.result->isOk()) {
-        const Failure lost = whyNot();
-        return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, listener.result->error() };
+    return outcome(listener, reply);
+}
+
+Failure Session::callOrLeave(const QString &name, const ArgumentList &arguments, ArgumentList *reply)
+{
+    if (const Failure lost = whyNot(); lost.isFailure())
+        return lost;
+    const auto listener = std::make_shared<Reply>();
+    const int callId = m_application->call(name, arguments, listener.get());
+    const QDeadlineTimer moment(MomentMs);
+    Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
+                                [&] { return listener->result.has_value() || moment.hasExpired(); });
+    // Asked behind the call, so the answer comes behind its reply unless that waits for something.
+    ArgumentList answer;
+    if (!failure.isFailure() && !listener->result)
+        failure = call(QStringLiteral("getPID"), {}, &answer);
+    if (failure.isFailure()) {
+        m_application->cancelCall(callId);
+        return failure;
     }
-    *reply = listener.result->value();
+    if (listener->result)
+        return outcome(*listener, reply);
+    m_leftBehind.append(listener);
     return {};
 }
 
@@ -117,6 +165,23 @@ Failure Session::send(const QString &name, const ArgumentList &arguments)
         return {};
     const Failure lost = whyNot();
     return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, QStringLiteral("could not be sent") };
+}
+
+bool Session::awaitEnd(int limitMs)
+{
+    QEventLoop loop;
+    connect(&m_program, &Program::ended, &loop, &QEventLoop::quit);
+    connect(&m_interrupt, &Interrupt::requested, &loop, &QEventLoop::quit);
+    QTimer::singleShot(limitMs, &loop, &QEventLoop::quit);
+    if (!m_program.hasEnded() && !m_interrupted)
+        loop.exec();
+    return m_program.hasEnded();
+}
+
+bool Session::hasEndedWell()
+{
+    return m_application && !m_application->isOpen() && m_program.awaitEnd(EndAfterConnectionMs)
+            && m_program.endedWell();
 }
 
 void Session::idle(int ms)

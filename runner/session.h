@@ -8,8 +8,10 @@
 #include "tcpserver.h"
 
 #include <QElapsedTimer>
+#include <QMap>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace Vorkel::Runner {
@@ -21,6 +23,7 @@ struct SessionSettings
     quint16 port = 0; ///< 0: the system picks one
     int timeoutMs = 30000; ///< for the program to connect and run, and for each reply
     QString platform; ///< Qt's platform plug-in for the program; empty leaves it to the program
+    QMap<QString, QString> environment {}; ///< variables of the program besides those of this process
 };
 
 /// When the program reached each stage, in nanoseconds since it was started.
@@ -47,8 +50,16 @@ public:
     /// Calls a remote function of the program and waits for the reply, for at most the time limit.
     /// A refused call has the code `ExitCode::CallFailed`.
     Failure call(const QString &name, const ArgumentList &arguments, ArgumentList *reply);
+    /// The same for a call that may open a dialog and answer only when that is closed: one that is not
+    /// answered in a moment, while the program answers others, is left behind, and `*reply` is empty.
+    Failure callOrLeave(const QString &name, const ArgumentList &arguments, ArgumentList *reply);
     /// Sends a one-way message.
     Failure send(const QString &name, const ArgumentList &arguments);
+
+    /// How long to wait for each reply from here on.
+    void setReplyLimit(int ms) { m_settings.timeoutMs = ms; }
+    /// Waits for the end of the program, for at most `limitMs`; whether it has ended.
+    bool awaitEnd(int limitMs);
 
     /// Lets so much time pass, in which the program may go on.
     void idle(int ms);
@@ -56,18 +67,29 @@ public:
     [[nodiscard]] const Milestones &milestones() const { return m_milestones; }
     /// The name under which the program announced itself.
     [[nodiscard]] QString programName() const { return m_application ? m_application->name() : QString(); }
+    /// Whether the program can be talked to.
+    [[nodiscard]] bool isConnected() const { return m_application && m_application->isOpen(); }
+    /// Whether the program has ended by itself, and well. One that has closed the connection gets a moment
+    /// for its end.
+    [[nodiscard]] bool hasEndedWell();
+    /// Why nothing more can come of the program; no failure while something can.
+    Failure whyNot();
 
 signals:
+    /// The program has announced classes.
+    void classesAnnounced(const QByteArray &records);
     /// While something is waited for: what for, and for how long already.
     void waiting(const QString &what, int elapsedMs);
     /// It is waited for no longer.
     void waited();
 
 private:
+    struct Reply;
+
     Failure listen();
+    Failure outcome(const Reply &reply, ArgumentList *values);
     [[nodiscard]] QProcessEnvironment programEnvironment(const QString &preload) const;
     Failure waitUntil(const QString &what, const std::function<bool()> &happened);
-    Failure whyNot();
     Failure endedBeforeConnecting() const;
     Failure lacksQt(const QString &until) const;
     [[nodiscard]] QString withLastWords(const QString &text) const;
@@ -81,6 +103,7 @@ private:
     Registrar m_registrar;
     Program m_program;
     Application *m_application = nullptr; // the first one; others are its children
+    QList<std::shared_ptr<Reply>> m_leftBehind; // of calls that may still be answered
     QElapsedTimer m_sinceStart;
     Milestones m_milestones;
     bool m_interrupted = false;

@@ -1,4 +1,5 @@
 #include "commands.h"
+#include "look.h"
 #include "objecttree.h"
 
 #include <QJsonArray>
@@ -16,17 +17,6 @@ QString symbolOf(ObjectMap &map, const QString &realName)
 {
     const QString symbol = map.symbolicName(realName, false);
     return symbol.startsWith(u':') ? symbol : QString();
-}
-
-void print(Look &look, const QList<TreeNode> &nodes, const QString &indent)
-{
-    for (const TreeNode &node : nodes) {
-        const QString symbol = symbolOf(look.map, node.realName);
-        std::printf("%s%s : %s  %s\n", qUtf8Printable(indent), qUtf8Printable(node.name),
-                    qUtf8Printable(node.className),
-                    qUtf8Printable(symbol.isEmpty() ? node.realName : symbol));
-        print(look, node.children, indent + QLatin1String("  "));
-    }
 }
 
 QJsonArray toJson(Look &look, const QList<TreeNode> &nodes)
@@ -55,7 +45,10 @@ Failure treeCommand(const Options &options)
         if (options.json)
             std::printf("%s", QJsonDocument(toJson(look, nodes)).toJson().constData());
         else
-            print(look, nodes, QString());
+            std::printf("%s", qUtf8Printable(toText(nodes, [&](const QString &realName) {
+                            const QString symbol = symbolOf(look.map, realName);
+                            return symbol.isEmpty() ? realName : symbol;
+                        })));
         return Failure();
     });
 }

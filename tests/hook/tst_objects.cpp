@@ -445,7 +445,7 @@ private slots:
         new LateClass("before", nullptr);
         QVERIFY(m_channel->announced.isEmpty());
         const auto all = Runner::ClassRecords::parse(call("allClasses").toByteArray());
-        QCOMPARE(all.value().classes().size(), Inspector::self()->numClasses());
+        QCOMPARE(static_cast<int>(all.value().classes().size()), Inspector::self()->numClasses());
         {
             const ClassRegistrar registrar;
             new LateClass("inner", nullptr);

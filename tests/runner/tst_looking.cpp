@@ -84,6 +84,8 @@ private slots:
         row("find --map /nowhere x",           2, u""_s, u"vorkel: cannot read the object map '/nowhere': .*\n"_s);
         row("names",                           0, u".*:nameEdit_QLineEdit\t\\{name='nameEdit' type='QLineEdit' window=':_MainWindow'\\}\n.*"_s);
         row("names --audit",                   0, u".*known by its text.*call setObjectName\\(\"addPushButton\"\\) on it\n.* of \\d+ objects lack a lasting name\n"_s);
+        row("screenshot",                      2, u""_s, u"vorkel: say by -o where to write the picture\n"_s);
+        row("screenshot -o /proc/x.png",       1, u""_s, u"vorkel: the picture cannot be written to '/proc/x.png'\n"_s);
         row("classes --depth 1",               0, u".*\nQWidget : QObject\n.*    read-only   bool modal\n.*    method      bool close\\(\\)\n.*"_s);
         row("classes --depth 1 --json",        0, uR"(\[.*"name": "char".*)"_s);
         row("get WINDOW windowTitle",          0, u"Address Book\n"_s);
@@ -138,6 +140,17 @@ private slots:
         QCOMPARE(run({ u"names"_s, u"--map"_s, map }).out.toUtf8(), file.readAll());
     }
 
+    void takesPicture()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"new/picture.png"_s);
+        const Outcome outcome = run({ u"screenshot"_s, u"-o"_s, path });
+        QVERIFY2(outcome.out.endsWith(u"pixels\n"_s), qPrintable(outcome.err));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.read(8).startsWith("\x89PNG"));
+    }
+
     // What a program says of its classes may end anywhere, and say anything.
     void readsWhateverComes()
     {
@@ -155,7 +168,7 @@ private slots:
             const qsizetype read = std::upper_bound(ends.begin(), ends.end(), length) - ends.begin() - 1;
             QCOMPARE(records.isOk(), ends.contains(length));
             if (records.isOk())
-                QCOMPARE(records.value().classes().size(), read);
+                QCOMPARE(static_cast<qsizetype>(records.value().classes().size()), read);
             else
                 QVERIFY(records.error().startsWith(u"the program's class number %1 ("_s.arg(read)));
         }
