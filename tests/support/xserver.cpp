@@ -14,13 +14,14 @@ XServer::~XServer()
     stop();
 }
 
-QString XServer::start(const QStringList &screens)
+QString XServer::start(const QStringList &screens, const QStringList &options)
 {
     stop();
-    QStringList arguments = QStringLiteral("-displayfd 1 -nolisten tcp -noreset").split(u' ');
+    QStringList arguments = QStringLiteral("-displayfd 1 -nolisten tcp -noreset").split(u' ') + options;
     for (qsizetype i = 0; i < screens.size(); ++i)
         arguments << QStringLiteral("-screen") << QString::number(i) << screens.at(i);
-    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    // It tells of each display that it found taken.
+    m_process.setStandardErrorFile(QProcess::nullDevice());
     m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_process.start(QStringLiteral("Xvfb"), arguments);
     while (!m_process.canReadLine()) {

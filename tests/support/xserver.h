@@ -8,9 +8,10 @@ class XServer
 public:
     ~XServer();
 
-    /// Starts it with `screens`, each as WIDTHxHEIGHTxDEPTH, on a display that is free. The display's name;
-    /// null when there is no server to start.
-    [[nodiscard]] QString start(const QStringList &screens = { QStringLiteral("1280x1024x24") });
+    /// Starts it with `screens`, each as WIDTHxHEIGHTxDEPTH, on a display that is free, and with more
+    /// `options`. The display's name; null when there is no server to start.
+    [[nodiscard]] QString start(const QStringList &screens = { QStringLiteral("1280x1024x24") },
+                                const QStringList &options = {});
     [[nodiscard]] QString display() const { return m_display; }
     /// The environment of a program that is to show its windows there.
     [[nodiscard]] QProcessEnvironment environment() const;
