@@ -36,7 +36,8 @@ Shown placeOf(QAction *action)
 {
     Shown found;
     for (QObject *holder : action->associatedObjects()) {
-        const Shown shown = holder->isWidgetType() ? shownBy(static_cast<QWidget *>(holder), action) : Shown();
+        const Shown shown =
+                holder->isWidgetType() ? shownBy(static_cast<QWidget *>(holder), action) : Shown();
         if (!shown.widget || !shown.widget->isVisible())
             continue;
         if (qobject_cast<QMenu *>(shown.widget))

@@ -34,7 +34,9 @@ QPoint scaled(const QPoint &place, const QScreen *screen, double factor)
 {
     const QPoint origin = screen->geometry().topLeft();
     const QPointF fromOrigin = QPointF(place - origin) * factor;
-    return origin + QPoint(static_cast<int>(std::floor(fromOrigin.x())), static_cast<int>(std::floor(fromOrigin.y())));
+    return origin
+            + QPoint(static_cast<int>(std::floor(fromOrigin.x())),
+                     static_cast<int>(std::floor(fromOrigin.y())));
 }
 
 NativeRect rectOf(const QRect &area)

@@ -26,7 +26,8 @@ FunctionCallResult<void *> load(const char *name, const char *entry)
     if (void *function = library ? ::dlsym(library, entry) : nullptr)
         return function;
     return FunctionCallResult<void *>::failure(
-            QStringLiteral("cannot load %1: %2").arg(QLatin1String(name), QString::fromLocal8Bit(::dlerror())));
+            QStringLiteral("cannot load %1: %2")
+                    .arg(QLatin1String(name), QString::fromLocal8Bit(::dlerror())));
 }
 
 } // namespace Vorkel::QtLibraries

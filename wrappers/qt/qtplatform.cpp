@@ -22,8 +22,9 @@ PlatformPlugin *createWindowSystemPlugin()
 {
     if (!isBuiltForThisQt()) {
         return new NullPlatformPlugin(
-                QStringLiteral("Input needs Qt %1.%2 on the platform '%3', which the Qt wrapper was built for; "
-                               "the program has Qt %4")
+                QStringLiteral(
+                        "Input needs Qt %1.%2 on the platform '%3', which the Qt wrapper was built for; "
+                        "the program has Qt %4")
                         .arg(QT_VERSION_MAJOR)
                         .arg(QT_VERSION_MINOR)
                         .arg(QGuiApplication::platformName(), QLatin1String(qVersion())));

@@ -17,15 +17,20 @@ constexpr std::size_t MaxLooks = 8;
 
 QString placeText(const QRect &area)
 {
-    return QStringLiteral("%1x%2 at (%3, %4)").arg(area.width()).arg(area.height()).arg(area.x()).arg(area.y());
+    return QStringLiteral("%1x%2 at (%3, %4)")
+            .arg(area.width())
+            .arg(area.height())
+            .arg(area.x())
+            .arg(area.y());
 }
 
 QString whyOutOfSight(const QtTarget &target)
 {
     if (!target.visibleArea().isEmpty())
         return QString();
-    return target.reveal() ? QStringLiteral("is being brought into sight")
-                           : QStringLiteral("has no part in sight: it covers %1").arg(placeText(target.area()));
+    return target.reveal()
+            ? QStringLiteral("is being brought into sight")
+            : QStringLiteral("has no part in sight: it covers %1").arg(placeText(target.area()));
 }
 
 } // namespace

@@ -47,14 +47,6 @@ bool QtWrapper::ownsObject(const SharedPtr<Object> &object) const
     return object && object->wrapperType() == QtHierarchyDelegate::WrapperType;
 }
 
-bool QtWrapper::isObjectReady(const SharedPtr<Object> &) const
-{
-    return true;
-}
-
-void QtWrapper::setSpying(bool) {}
-void QtWrapper::recordingStopped() {}
-
 bool QtWrapper::possibleNameMatch(const PropertyMap &mapEntry, const PropertyMap &computed) const
 {
     const QString type = QStringLiteral("type");
@@ -79,8 +71,8 @@ SharedPtr<Object> QtWrapper::readyItem(const SharedPtr<Object> &container, const
         why += QStringLiteral("; the container: %1").arg(obstacle);
     if (why.isEmpty())
         return item;
-    Inspector::self()->setError(
-            QStringLiteral("Item %1 of '%2' not ready: %3").arg(description, container->qualifiedName(), why));
+    Inspector::self()->setError(QStringLiteral("Item %1 of '%2' not ready: %3")
+                                        .arg(description, container->qualifiedName(), why));
     return nullptr;
 }
 
@@ -100,7 +92,8 @@ bool QtWrapper::isObjectItemReady(const SharedPtr<Object> &object, const QString
 bool QtWrapper::isObjectItemReady(const SharedPtr<Object> &object, int row, int column) const { return bool(getObjectItemIfReady(object, row, column)); }
 // clang-format on
 
-FunctionCallResult<NativePoint> QtWrapper::pointerMove(const SharedPtr<Object> &object, const ObjectPoint &point)
+FunctionCallResult<NativePoint> QtWrapper::pointerMove(const SharedPtr<Object> &object,
+                                                       const ObjectPoint &point)
 {
     const std::unique_ptr<QtTarget> target = QtToolkits::target(object);
     if (point.defined || !target || target->visibleArea().isEmpty())

@@ -44,7 +44,8 @@ public:
 private:
     using Wrapper::Wrapper;
 
-    [[nodiscard]] SharedPtr<Object> readyItem(const SharedPtr<Object> &container, const SharedPtr<Object> &item,
+    [[nodiscard]] SharedPtr<Object> readyItem(const SharedPtr<Object> &container,
+                                              const SharedPtr<Object> &item,
                                               const QString &description) const;
 
     mutable QtReadiness m_readiness;

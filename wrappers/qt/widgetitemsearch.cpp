@@ -46,7 +46,8 @@ QList<QAction *> entriesOf(const SharedPtr<Object> &holder)
 {
     QObject *object = QtObjects::unwrap(holder);
     QList<QAction *> entries;
-    if (!qobject_cast<QMenu *>(object) && !qobject_cast<QMenuBar *>(object) && !qobject_cast<QToolBar *>(object))
+    if (!qobject_cast<QMenu *>(object) && !qobject_cast<QMenuBar *>(object)
+        && !qobject_cast<QToolBar *>(object))
         return entries;
     for (QAction *action : static_cast<QWidget *>(object)->actions()) {
         if (!action->isSeparator())
