@@ -1,6 +1,7 @@
 # The front door: each target installs what it needs, configures, builds and runs. docs/building.md says more.
 
 example = build/release/bin/vorkel-example
+script = examples/addressbook/addressbook.js
 PROGRAM ?= $(example)
 FUZZ_SECONDS ?= 60
 
@@ -18,15 +19,15 @@ build: ## build everything in build/release
 	@cmake --preset release
 	@cmake --build --preset release
 
-demo: ## look into a running program from outside; PROGRAM=/path/to/one chooses which
-	@$(need) build
+demo: ## drive a running program by a script; PROGRAM=/path/to/one shows that one's objects instead
+	@$(need) build demo
 	@cmake --preset release -DVORKEL_TESTS=OFF
 	@cmake --build --preset demo
-	build/release/bin/vorkel info -- $(PROGRAM)
 ifeq ($(PROGRAM),$(example))
-	build/release/bin/vorkel tree --depth 3 -- $(PROGRAM)
-	build/release/bin/vorkel set MainWindow windowTitle 'My friends' -- $(PROGRAM)
+	@mkdir -p build/demo
+	cd build/demo && ../../build/release/bin/vorkel test --xvfb ../../$(script) -- ../../$(example)
 else
+	build/release/bin/vorkel info -- $(PROGRAM)
 	build/release/bin/vorkel tree --depth 2 -- $(PROGRAM)
 endif
 
@@ -77,4 +78,4 @@ cleanroom: ## run make demo and make test on a new minimal Debian 12
 	@scripts/cleanroom
 
 clean: ## remove what was built; downloads stay
-	@rm -rf $(addprefix build/,release debug asan tsan fuzz bench armhf)
+	@rm -rf $(addprefix build/,release debug asan tsan fuzz bench armhf demo)

@@ -1,6 +1,7 @@
 #include "qtreadiness.h"
 
 #include "qttoolkit.h"
+#include "qtwindowtarget.h"
 
 #include <algorithm>
 
@@ -12,6 +13,8 @@ namespace {
 constexpr int FrameMs = 16;
 /// An older look says nothing of now.
 constexpr int LookLastsMs = 1000;
+/// A window that has not become active by then will not.
+constexpr int ActivationMs = 300;
 /// So many objects may be waited for in turns.
 constexpr std::size_t MaxLooks = 8;
 
@@ -50,8 +53,25 @@ QString QtReadiness::obstacle(const SharedPtr<Object> &object)
     if (why.isEmpty())
         why = target->whyBlocked();
     if (why.isEmpty())
+        why = whyInactive(target->window());
+    if (why.isEmpty())
         why = whyMoving(object, target->area());
     return why.isEmpty() ? why : QStringLiteral("it ") + why;
+}
+
+/// A window that becomes active late closes what was opened in it meanwhile. Some never do.
+QString QtReadiness::whyInactive(QWindow *window)
+{
+    const bool isAsked = m_activated == window && m_sinceActivated.elapsed() < LookLastsMs;
+    if (isAsked && m_sinceActivated.elapsed() >= ActivationMs)
+        return QString();
+    if (!window || window->isActive() || (!isAsked && !QtWindows::activate(window)))
+        return QString();
+    if (!isAsked) {
+        m_activated = window;
+        m_sinceActivated.start();
+    }
+    return QStringLiteral("is in a window that is not active yet");
 }
 
 QString QtReadiness::whyMoving(const SharedPtr<Object> &object, const QRect &area)

@@ -3,15 +3,17 @@
 #include "objectmodel/object.h"
 
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QRect>
 #include <QString>
+#include <QWindow>
 
 #include <vector>
 
 namespace Vorkel {
 
 /// Tells whether a person could use an object now: it is there, visible, enabled, in sight, nothing stands
-/// over it, and it does not move.
+/// over it, its window is the active one, and it does not move.
 class QtReadiness
 {
 public:
@@ -29,9 +31,12 @@ private:
         QElapsedTimer seen; // since the last look
     };
 
+    [[nodiscard]] QString whyInactive(QWindow *window);
     [[nodiscard]] QString whyMoving(const SharedPtr<Object> &object, const QRect &area);
 
     std::vector<Look> m_looks; // the latest first
+    QPointer<QWindow> m_activated; // that was last asked to become active
+    QElapsedTimer m_sinceActivated;
 };
 
 } // namespace Vorkel

@@ -82,6 +82,19 @@ QWindow *blockerOf(QWindow *window)
     return blocksAll ? modal : nullptr;
 }
 
+bool activate(QWindow *window)
+{
+    while (window && window->parent())
+        window = window->parent();
+    if (!window || window->isActive() || window->flags() & Qt::WindowDoesNotAcceptFocus)
+        return false;
+    const Qt::WindowType type = window->type();
+    if (type == Qt::Popup || type == Qt::ToolTip)
+        return false;
+    window->requestActivate();
+    return true;
+}
+
 QString whyCovered(QWindow *window, const QPoint &point)
 {
     if (const QWindow *modal = blockerOf(window))

@@ -39,6 +39,9 @@ namespace QtWindows {
 [[nodiscard]] VORKEL_EXPORT QRect onScreen(const QRect &area);
 /// The modal window that takes the input of `window`; null when there is none.
 [[nodiscard]] VORKEL_EXPORT QWindow *blockerOf(QWindow *window);
+/// Asks that the window that `window` stands in takes the keyboard. Whether that is still to come: pop-ups
+/// and the like never take it.
+VORKEL_EXPORT bool activate(QWindow *window);
 /// Whether another window, of this program or another, lies over `window` at `point`.
 [[nodiscard]] VORKEL_EXPORT QString whyCovered(QWindow *window, const QPoint &point);
 

@@ -3,33 +3,14 @@
 #include "qtdesktop.h"
 #include "qthierarchy.h"
 #include "qttoolkit.h"
+#include "qtwindowtarget.h"
 
 #include "hook/platform/imagetransport.h"
 #include "objectmodel/inspector.h"
 
 #include <QGuiApplication>
-#include <QWindow>
 
 namespace Vorkel {
-
-namespace {
-
-/// Pop-ups take input without being active.
-bool mayBeActive(const QWindow *window)
-{
-    const Qt::WindowType type = window->type();
-    return type != Qt::Popup && type != Qt::ToolTip && !(window->flags() & Qt::WindowDoesNotAcceptFocus);
-}
-
-void activate(QWindow *window)
-{
-    while (window && window->parent())
-        window = window->parent();
-    if (window && !window->isActive() && mayBeActive(window))
-        window->requestActivate();
-}
-
-} // namespace
 
 QtWrapper *QtWrapper::self()
 {
@@ -106,7 +87,7 @@ VoidResult QtWrapper::pointerPress(const SharedPtr<Object> &object, const Object
                                    MouseButton::Value button, int modifiers, bool press, int count)
 {
     if (const std::unique_ptr<QtTarget> target = press ? QtToolkits::target(object) : nullptr)
-        activate(target->window());
+        (void)QtWindows::activate(target->window());
     return Wrapper::pointerPress(object, point, button, modifiers, press, count);
 }
 
