@@ -174,8 +174,9 @@ Options readOptions(const CommandInfo &info, const QStringList &arguments)
 {
     Options options;
     QCommandLineParser parser;
-    // A word may be a negative number.
-    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    // Where a word may be a negative number, the options stand before the words.
+    if (!(info.options & (OutputOption | TestOptions)))
+        parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     const QCommandLineOption helpOption(QStringList { QStringLiteral("h"), QStringLiteral("help") },
                                         QStringLiteral("Show this help."));
     parser.addOption(helpOption);

@@ -7,6 +7,7 @@
 #include <QDeadlineTimer>
 
 #include <algorithm>
+#include <utility>
 
 namespace Vorkel::Runner {
 
@@ -20,14 +21,6 @@ Failure refused(const QString &text)
 /// Between two looks for an object that is not there yet.
 constexpr int PollMs = 50;
 
-ObjectHandle handleFrom(const QString &text)
-{
-    const QStringList numbers = text.split(u',');
-    if (numbers.size() != 2)
-        return {};
-    return { numbers.at(0).toInt(), numbers.at(1).toInt() };
-}
-
 } // namespace
 
 RemoteObjects::RemoteObjects(Session *session)
@@ -40,6 +33,32 @@ RemoteObjects::RemoteObjects(Session *session)
 RemoteObjects::~RemoteObjects()
 {
     QObject::disconnect(m_announcements);
+}
+
+ObjectHandle RemoteObjects::takeHandle(const QString &text)
+{
+    const QStringList numbers = text.split(u',');
+    if (numbers.size() != 2)
+        return {};
+    const ObjectHandle handle { numbers.at(0).toInt(), numbers.at(1).toInt() };
+    m_lent.append(handle.id);
+    return handle;
+}
+
+QVariant RemoteObjects::keptValue(const ObjectHandle &object)
+{
+    m_lent.removeOne(object.id);
+    return QVariant::fromValue(object);
+}
+
+Failure RemoteObjects::giveBack()
+{
+    for (const int id : std::exchange(m_lent, {})) {
+        if (const Failure failure = m_session->send(QStringLiteral("remoteObjectDestroyed"), { id });
+            failure.isFailure())
+            return failure;
+    }
+    return {};
 }
 
 Failure RemoteObjects::call(const QString &function, const ArgumentList &arguments, QVariant *reply)
@@ -62,7 +81,7 @@ Failure RemoteObjects::callObject(const QString &function, const ArgumentList &a
         failure = call(function, arguments, &reply);
     if (failure.isFailure())
         return failure;
-    *result = handleFrom(reply.toString());
+    *result = takeHandle(reply.toString());
     return result->id == 0 ? lastError(otherwise) : Failure();
 }
 
@@ -104,7 +123,7 @@ Failure RemoteObjects::children(const ObjectHandle &object, QList<ObjectHandle> 
     found->clear();
     for (const QString &text : reply.toStringList()) {
         // An object that cannot be looked at has no handle.
-        if (const ObjectHandle child = handleFrom(text); child.id != 0)
+        if (const ObjectHandle child = takeHandle(text); child.id != 0)
             found->append(child);
     }
     return failure;
@@ -251,7 +270,7 @@ Failure RemoteObjects::callMethod(const ArgumentList &arguments, ObjectHandle *r
         failure = m_session->callOrLeave(QStringLiteral("invoke"), arguments, &values);
     if (failure.isFailure())
         return failure;
-    *result = handleFrom(values.value(0).toString());
+    *result = takeHandle(values.value(0).toString());
     return result->id == 0 ? lastError(QString()) : Failure();
 }
 

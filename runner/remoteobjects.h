@@ -91,10 +91,17 @@ public:
     Failure request(const QString &function, const ArgumentList &arguments);
     /// Calls a remote function; its reply as it comes.
     Failure call(const QString &function, const ArgumentList &arguments, QVariant *reply);
+    /// Lets the program forget what it has given handles to since the last time, but for the objects that
+    /// came out as values.
+    Failure giveBack();
     /// The failure that a call which gave nothing has left behind; `otherwise` when it has left none.
     Failure lastError(const QString &otherwise);
 
 private:
+    /// The handle that the program gave as `text`; its id is 0 when it gave none.
+    ObjectHandle takeHandle(const QString &text);
+    /// The object as a value, whose handle stays with whoever gets it.
+    QVariant keptValue(const ObjectHandle &object);
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
     Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);
@@ -117,6 +124,7 @@ private:
     Session *m_session;
     QMetaObject::Connection m_announcements;
     ClassRecords m_classes;
+    QList<int> m_lent; // one entry for each time that a handle was given
 };
 
 } // namespace Vorkel::Runner

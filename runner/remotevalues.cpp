@@ -121,7 +121,7 @@ Failure RemoteObjects::toValue(const ObjectHandle &object, const ArgumentRecord 
     if (object.classId <= VoidClass || record->name == ArrayName || record->name == MapName)
         return valueOf(object, value);
     if (m_classes.inherits(record, QStringLiteral("QObject"))) {
-        *value = QVariant::fromValue(object);
+        *value = keptValue(object);
         return {};
     }
     QVariant text;
@@ -131,7 +131,7 @@ Failure RemoteObjects::toValue(const ObjectHandle &object, const ArgumentRecord 
     // colour or a date.
     if (!failure.isFailure() && !text.toString().isEmpty() && !parts.isEmpty())
         return partsOf(object, parts, value);
-    *value = text.toString().isEmpty() ? QVariant::fromValue(object) : text;
+    *value = text.toString().isEmpty() ? keptValue(object) : text;
     return failure;
 }
 

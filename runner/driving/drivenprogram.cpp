@@ -131,6 +131,8 @@ Failure DrivenProgram::step(const QString &what, const std::function<Failure()> 
         m_isHanging = false;
         failure = work();
     }
+    if (isRunning() && !failure.isFailure())
+        (void)m_objects->giveBack();
     failure = judged(what, failure);
     tell(what, failure);
     return failure;

@@ -10,6 +10,7 @@
 #include "objectmodel/classids.h"
 #include "objectmodel/globalobject.h"
 #include "objectmodel/inspector.h"
+#include "objectmodel/primitives.h"
 
 namespace Vorkel::QtFunctions {
 
@@ -29,8 +30,12 @@ SharedPtr<Object> grabWidget(const ObjectList &arguments, const Class *)
 
 SharedPtr<Object> doubleClick(const ObjectList &arguments, const Class *)
 {
-    const int modifiers = arguments.size() > 1 ? arguments[1]->toInteger() : 0;
-    const int button = arguments.size() > 2 ? arguments[2]->toInteger() : int(MouseButton::LeftButton);
+    int modifiers = 0;
+    int button = MouseButton::LeftButton;
+    if (arguments.size() > 1)
+        unwrap(arguments[1], &modifiers);
+    if (arguments.size() > 2)
+        unwrap(arguments[2], &button);
     const VoidResult result = QtWrapper::self()->doubleClick(
             arguments[0], {}, static_cast<MouseButton::Value>(button), modifiers);
     if (result.isOk())
