@@ -75,6 +75,18 @@ Failure doubleClick(const Locator &target, const ClickSettings &settings)
     });
 }
 
+Failure tap(const Locator &target, const ClickSettings &settings)
+{
+    return whenReady("tap", target, [&](const ObjectHandle &object) {
+        return injectAndAwait(target.program(), PressAndRelease, [&] {
+            QVariant nothing;
+            return target.program().objects().invokeGlobal(
+                    QStringLiteral("tapObject"), { QVariant::fromValue(object), settings.modifiers },
+                    &nothing);
+        });
+    });
+}
+
 Failure hover(const Locator &target, std::optional<QPoint> at)
 {
     return whenReady("hover", target, [&](const ObjectHandle &object) {

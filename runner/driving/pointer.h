@@ -16,6 +16,8 @@ struct ClickSettings
 
 Failure click(const Locator &target, const ClickSettings &settings = {});
 Failure doubleClick(const Locator &target, const ClickSettings &settings = {});
+/// Touches it with a finger; of the settings only the modifiers count.
+Failure tap(const Locator &target, const ClickSettings &settings = {});
 Failure hover(const Locator &target, std::optional<QPoint> at = {});
 /// Turns the wheel over the object by so many notches, upwards when positive.
 Failure turnWheel(const Locator &target, int notches);

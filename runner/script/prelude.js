@@ -68,6 +68,7 @@
 
         click(options = {}) { this._target.click(clickOptions(options)); }
         doubleClick(options = {}) { this._target.doubleClick(clickOptions(options)); }
+        tap(options = {}) { this._target.tap(clickOptions(options)); }
         rightClick(options = {}) { this._target.click(Object.assign({}, clickOptions(options), { button: 'right' })); }
         hover(options = {}) { this._target.hover(clickOptions(options)); }
         wheel(notches) { this._target.wheel(notches); }

@@ -144,6 +144,11 @@ void ScriptTarget::doubleClick(const QVariantMap &options) const
                         [&](const auto &settings) { return Runner::doubleClick(m_locator, settings); }));
 }
 
+void ScriptTarget::tap(const QVariantMap &options) const
+{
+    succeeded(withClick(options, [&](const auto &settings) { return Runner::tap(m_locator, settings); }));
+}
+
 void ScriptTarget::hover(const QVariantMap &options) const
 {
     succeeded(

@@ -34,6 +34,7 @@ public:
 
     Q_INVOKABLE void click(const QVariantMap &options) const;
     Q_INVOKABLE void doubleClick(const QVariantMap &options) const;
+    Q_INVOKABLE void tap(const QVariantMap &options) const;
     Q_INVOKABLE void hover(const QVariantMap &options) const;
     Q_INVOKABLE void wheel(int notches) const;
     Q_INVOKABLE void dragTo(QObject *other, const QVariantMap &options) const;

@@ -28,20 +28,32 @@ SharedPtr<Object> grabWidget(const ObjectList &arguments, const Class *)
     return picture.isNull() ? nullptr : QtValues::toObject(picture);
 }
 
-SharedPtr<Object> doubleClick(const ObjectList &arguments, const Class *)
+int number(const ObjectList &arguments, std::size_t index, int otherwise)
 {
-    int modifiers = 0;
-    int button = MouseButton::LeftButton;
-    if (arguments.size() > 1)
-        unwrap(arguments[1], &modifiers);
-    if (arguments.size() > 2)
-        unwrap(arguments[2], &button);
-    const VoidResult result = QtWrapper::self()->doubleClick(
-            arguments[0], {}, static_cast<MouseButton::Value>(button), modifiers);
+    int value = otherwise;
+    if (index < arguments.size())
+        unwrap(arguments[index], &value);
+    return value;
+}
+
+SharedPtr<Object> reported(const VoidResult &result)
+{
     if (result.isOk())
         return Inspector::self()->voidObject();
     Inspector::self()->setError(result.error());
     return nullptr;
+}
+
+SharedPtr<Object> doubleClick(const ObjectList &arguments, const Class *)
+{
+    const int button = number(arguments, 2, MouseButton::LeftButton);
+    return reported(QtWrapper::self()->doubleClick(arguments[0], {}, static_cast<MouseButton::Value>(button),
+                                                   number(arguments, 1, 0)));
+}
+
+SharedPtr<Object> tapObject(const ObjectList &arguments, const Class *)
+{
+    return reported(QtWrapper::self()->tap(arguments[0], number(arguments, 1, 0)));
 }
 
 void add(GlobalMethod::ListCaller caller, const Argument &result, const char *name,
@@ -73,6 +85,8 @@ void registerFor(const Class *objectClass)
     const Argument modifiers = ofType("modifiers", IntClassId);
     const Argument nothing = ofType("", VoidClassId);
     add(grabWidget, QtValues::argumentFor(QString(), QMetaType(QMetaType::QImage)), "grabWidget", { object });
+    add(tapObject, nothing, "tapObject", { object });
+    add(tapObject, nothing, "tapObject", { object, modifiers });
     add(doubleClick, nothing, "doubleClick", { object });
     add(doubleClick, nothing, "doubleClick", { object, modifiers });
     add(doubleClick, nothing, "doubleClick", { object, modifiers, ofType("button", IntClassId) });

@@ -11,7 +11,7 @@ namespace QtFunctions {
 
 /// Those that need no object, and what the hook offers to the scripts of all toolkits.
 void registerCommon();
-/// Those whose first argument is an object of this class: its picture, and clicks on it.
+/// Those whose first argument is an object of this class: its picture, double clicks and touches.
 VORKEL_EXPORT void registerFor(const Class *objectClass);
 
 } // namespace QtFunctions

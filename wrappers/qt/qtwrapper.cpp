@@ -1,11 +1,14 @@
 #include "qtwrapper.h"
 
 #include "qtdesktop.h"
+#include "qtgeometry.h"
 #include "qthierarchy.h"
 #include "qttoolkit.h"
 #include "qtwindowtarget.h"
 
+#include "hook/platform/currentplatform.h"
 #include "hook/platform/imagetransport.h"
+#include "hook/platform/nativeinterface.h"
 #include "objectmodel/inspector.h"
 
 #include <QGuiApplication>
@@ -89,6 +92,19 @@ VoidResult QtWrapper::pointerPress(const SharedPtr<Object> &object, const Object
     if (const std::unique_ptr<QtTarget> target = press ? QtToolkits::target(object) : nullptr)
         (void)QtWindows::activate(target->window());
     return Wrapper::pointerPress(object, point, button, modifiers, press, count);
+}
+
+VoidResult QtWrapper::tap(const SharedPtr<Object> &object, int modifiers)
+{
+    const std::unique_ptr<QtTarget> target = QtToolkits::target(object);
+    if (!target || target->visibleArea().isEmpty())
+        return VoidResult::failure(QStringLiteral("Object does not have a valid geometry"));
+    const FunctionCallResult<int> held = vorkelModifiersToNative(modifiers);
+    if (!held.isOk())
+        return VoidResult::failure(held.error());
+    (void)QtWindows::activate(target->window());
+    const QPoint point = QtPixels::toNative(target->pressPoint());
+    return nativeInterfaceOrRefusal().tap(NativePoint::at(point.x(), point.y()), held.value());
 }
 
 QVariant QtWrapper::desktopImage() const

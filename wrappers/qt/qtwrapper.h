@@ -39,6 +39,8 @@ public:
     /// Whatever manages the windows, the pressed one becomes the active one.
     VoidResult pointerPress(const SharedPtr<Object> &object, const ObjectPoint &point,
                             MouseButton::Value button, int modifiers, bool press, int count) override;
+    /// A touch where a person would press. `modifiers` are bits of `KeyboardModifier`.
+    VoidResult tap(const SharedPtr<Object> &object, int modifiers);
     [[nodiscard]] QVariant desktopImage() const override;
 
 private:
