@@ -134,6 +134,13 @@ test('gone', () => {
     expect(obstacle(runner)).toContain("ready-state for object of type 'Dead'");
 });
 
+for (const factor of ['1', '1.25', '1.5', '1.75']) {
+    test('clicks land at scale ' + factor, () => {
+        start({ env: { QT_SCALE_FACTOR: factor } });
+        expectClicksToLand(app);
+    });
+}
+
 test('clicks land in a frameless window', () => {
     start({ env: { OBSTACLES_FRAMELESS: '1' } });
     expectClicksToLand(app);
