@@ -134,7 +134,7 @@ test('gone', () => {
     expect(obstacle(runner)).toContain("ready-state for object of type 'Dead'");
 });
 
-for (const factor of ['1', '1.25', '1.5', '1.75']) {
+for (const factor of ['1', '1.25', '1.5', '1.75', '2']) {
     test('clicks land at scale ' + factor, () => {
         start({ env: { QT_SCALE_FACTOR: factor } });
         expectClicksToLand(app);
