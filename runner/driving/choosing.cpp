@@ -36,6 +36,19 @@ Failure clickItem(DrivenProgram &program, const ObjectHandle &container, const Q
     return failure.isFailure() ? failure : clickOn(program, item);
 }
 
+/// To the entry's edge. As long as the pointer stays close to where it opened its list, a combo box takes
+/// what is released there for the end of that press.
+Failure leaveForItem(DrivenProgram &program, const ObjectHandle &box, const QString &text)
+{
+    QRect place;
+    ObjectHandle item;
+    Failure failure = awaitItem(program, box, text, &item);
+    if (!failure.isFailure())
+        failure = program.objects().bounds(item, &place);
+    const QPoint edge(MenuEdge, place.height() / 2);
+    return failure.isFailure() ? failure : program.objects().pointer(item, { PointerAction::Move, edge });
+}
+
 /// A combo box shows its entries when it is pressed.
 Failure selectInComboBox(DrivenProgram &program, const ObjectHandle &box, const QString &text)
 {
@@ -45,6 +58,8 @@ Failure selectInComboBox(DrivenProgram &program, const ObjectHandle &box, const 
     if (failure.isFailure() || current == text)
         return failure;
     failure = clickOn(program, box);
+    if (!failure.isFailure())
+        failure = leaveForItem(program, box, text);
     if (!failure.isFailure())
         failure = clickItem(program, box, text);
     if (failure.isFailure())

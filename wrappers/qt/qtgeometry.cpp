@@ -4,8 +4,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-
-#include <cmath>
+#include <QWindow>
 
 namespace Vorkel {
 
@@ -29,14 +28,20 @@ QRect nativeGeometry(const QScreen *screen)
     return QRect(geometry.topLeft(), (QSizeF(geometry.size()) * factorOf(screen)).toSize());
 }
 
-/// `place` seen from the screen's top left corner, which stays where it is, times `factor`.
+/// `place` seen from the screen's top left corner, which stays where it is, times `factor`. Rounded as Qt
+/// does, so that there and back again leads to the same place.
 QPoint scaled(const QPoint &place, const QScreen *screen, double factor)
 {
     const QPoint origin = screen->geometry().topLeft();
-    const QPointF fromOrigin = QPointF(place - origin) * factor;
-    return origin
-            + QPoint(static_cast<int>(std::floor(fromOrigin.x())),
-                     static_cast<int>(std::floor(fromOrigin.y())));
+    return origin + (place - origin) * factor;
+}
+
+/// Where `window` starts and what lies in it are rounded apart from each other, as in the events it gets.
+QPoint nativeIn(const QWindow &window, const QPoint &point)
+{
+    const QPoint start = window.mapToGlobal(QPoint(0, 0));
+    return scaled(start, window.screen(), factorOf(window.screen()))
+            + (point - start) * factorOf(window.screen());
 }
 
 NativeRect rectOf(const QRect &area)
@@ -67,10 +72,13 @@ NativeRect QtGeometryDelegate::nativeGlobalBounds(const SharedPtr<Object> &objec
 
 NativePoint QtGeometryDelegate::relativeToNative(const SharedPtr<Object> &object, int x, int y) const
 {
-    const QRect area = areaOf(object);
+    const std::unique_ptr<QtTarget> target = QtToolkits::target(object);
+    const QRect area = target ? target->area() : QRect();
     if (area.isEmpty())
         return NativePoint();
-    const QPoint native = QtPixels::toNative(area.topLeft() + QPoint(x, y));
+    const QPoint point = area.topLeft() + QPoint(x, y);
+    const QWindow *window = target->window();
+    const QPoint native = window ? nativeIn(*window, point) : QtPixels::toNative(point);
     return NativePoint::at(native.x(), native.y());
 }
 
@@ -83,9 +91,7 @@ QPoint toNative(const QPoint &point)
         screen = QGuiApplication::primaryScreen();
     if (!screen)
         return point;
-    const double factor = factorOf(screen);
-    // The middle of the pixels that one of Qt's covers.
-    return scaled(point, screen, factor) + QPoint(static_cast<int>(factor / 2), static_cast<int>(factor / 2));
+    return scaled(point, screen, factorOf(screen));
 }
 
 QRect toNative(const QRect &area)
