@@ -193,11 +193,12 @@ VoidResult XlibNativeInterface::sendKeyEventToFocusWindow(const QString &keys)
     const FunctionCallResult<QList<QStringList>> events = parseKeyEvents(keys);
     if (!events.isOk())
         return VoidResult::failure(events.error());
-    for (const QStringList &event : events.value()) {
-        if (const VoidResult pressed = pressTogether(event); !pressed.isOk())
-            return pressed;
-    }
-    return {};
+    VoidResult result;
+    const bool before = m_connection->supressFlush(true);
+    for (auto event = events.value().cbegin(); result.isOk() && event != events.value().cend(); ++event)
+        result = pressTogether(*event);
+    m_connection->supressFlush(before);
+    return either(result, m_connection->finish());
 }
 
 VoidResult XlibNativeInterface::sendKeys(const QString &keys, bool down)

@@ -9,8 +9,9 @@ namespace Vorkel::Runner {
 
 namespace {
 
-/// Between two looks, short enough that nobody waits for it.
-constexpr int PollMs = 15;
+/// Between two looks, short enough that nobody waits for it. What has to be seen in one place for a frame of
+/// 16 ms has been, at the second look.
+constexpr int PollMs = 17;
 /// A reply may always take so long, also at the end of a step.
 constexpr int LeastReplyMs = 1000;
 

@@ -2,6 +2,8 @@
 
 #include <QDeadlineTimer>
 
+#include <utility>
+
 namespace Vorkel::Runner {
 
 namespace {
@@ -29,7 +31,8 @@ Failure InputWatch::begin()
 
 Failure InputWatch::await(int events)
 {
-    const QDeadlineTimer limit(MostMs);
+    QDeadlineTimer limit(MostMs);
+    int latest = m_before;
     for (int looks = 0; m_isKnown && !limit.hasExpired(); ++looks) {
         if (looks >= ImmediateLooks)
             m_program.idle(BetweenLooksMs);
@@ -39,6 +42,8 @@ Failure InputWatch::await(int events)
             return m_program.hasEndedWell() ? Failure() : failure;
         if (count - m_before >= events)
             return {};
+        if (std::exchange(latest, count) != count)
+            limit.setRemainingTime(MostMs);
     }
     return {};
 }

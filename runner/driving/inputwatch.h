@@ -17,8 +17,8 @@ public:
     /// Before the input.
     Failure begin();
     /// After the input: waits until `events` more of it, which are pressed and released buttons, released
-    /// keys and turned wheels, have been handled, for a moment at most, since another program may have got
-    /// them. A program that ended well because of the input is no failure.
+    /// keys and turned wheels, have been handled, as long as more of them come in a moment, since another
+    /// program may have got them. A program that ended well because of the input is no failure.
     Failure await(int events);
 
 private:
