@@ -197,4 +197,13 @@ test('items', () => {
     expect(said).toHaveText('cell 55/28');
     table.item(0, 0).click();
     expect(said).toHaveText('cell 0/0');
+    table.find({ type: 'QHeaderView', occurrence: 2 }).item(25).click();
+    expect(said).toHaveText('head 25');
+});
+
+test('tabs out of sight', () => {
+    for (const tab of ['Far 8', 'Far 3', 'Plain']) {
+        open(tab);
+        expect(app.find({ type: 'QTabBar' }).item(tab)).toHaveProperty('selected', true);
+    }
 });

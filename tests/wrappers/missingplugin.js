@@ -24,6 +24,8 @@ test('no library at all', () => {
     expectRefusal({ VORKEL_PREFIX: 'broken' }, "Loading of the 'broken/lib/libvorkelxlib.so' library failed: ");
 });
 
-test('no display', () => {
-    expectRefusal({ OBSTACLES_DISPLAY: ':nowhere' }, "Cannot connect to the X display ':nowhere'");
+test('display that the environment does not name', () => {
+    const app = launch({ env: { OBSTACLES_DISPLAY: ':nowhere' } });
+    app.find({ name: 'inner' }).click();
+    expect(app.find({ name: 'said' })).toHaveText('inner');
 });

@@ -18,6 +18,15 @@ bool isBuiltForThisQt()
             && QLibraryInfo::version().minorVersion() == QT_VERSION_MINOR;
 }
 
+/// On the display that the program shows itself on, which need not be the one that the environment names.
+PlatformPlugin *createX11Plugin()
+{
+    const auto *native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (void *display = native ? native->display() : nullptr)
+        return createX11PlatformPlugin(display, false, true);
+    return createX11PlatformPlugin(::getenv("DISPLAY"));
+}
+
 PlatformPlugin *createWindowSystemPlugin()
 {
     if (!isBuiltForThisQt()) {
@@ -43,7 +52,7 @@ PlatformPlugin *createQtPlatform()
     if (platform.isEmpty())
         return nullptr;
     if (platform == QLatin1String("xcb"))
-        return createX11PlatformPlugin(::getenv("DISPLAY"));
+        return createX11Plugin();
     return createWindowSystemPlugin();
 }
 

@@ -197,8 +197,8 @@ QWidget *plainPage()
     return page;
 }
 
-/// Where a test says that, the display can be found no more once the program itself has.
-void hideDisplay()
+/// Programs may change their environment once they have found their display.
+void renameDisplay()
 {
     if (qEnvironmentVariableIsSet("OBSTACLES_DISPLAY"))
         qputenv("DISPLAY", qgetenv("OBSTACLES_DISPLAY"));
@@ -206,7 +206,7 @@ void hideDisplay()
 
 } // namespace
 
-Q_COREAPP_STARTUP_FUNCTION(hideDisplay)
+Q_COREAPP_STARTUP_FUNCTION(renameDisplay)
 
 int main(int argc, char *argv[])
 {
@@ -225,6 +225,8 @@ int main(int argc, char *argv[])
     tabs->addTab(dialogsPage(), u"Dialogs"_s);
     tabs->addTab(itemsPage(), u"Items"_s);
     tabs->addTab(scrollPage(), u"Scroll"_s);
+    for (int i = 0; i < 9; ++i)
+        tabs->addTab(new QWidget, u"Far %1"_s.arg(i));
     layout->addWidget(tabs);
     window.setCentralWidget(central);
     new Pad(central);

@@ -6,7 +6,9 @@
 #include <QHeaderView>
 #include <QPersistentModelIndex>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QTabBar>
+#include <QToolButton>
 
 namespace Vorkel {
 
@@ -19,6 +21,9 @@ constexpr int MaxHidden = 1000;
 constexpr int MaxColumns = 1000;
 /// Looking through a larger model would take the program's time.
 constexpr int MaxItems = 100000;
+
+/// The names that a tab bar gives its arrows.
+const QRegularExpression ScrollArrows(QStringLiteral("^Scroll(Left|Right)Button$"));
 
 // Rows and cells of lists, tables and trees
 
@@ -224,8 +229,8 @@ struct TabFacts
     static bool isVisible(const QTabBar &bar, int index) { return bar.isTabVisible(index); }
     static QString toolTip(const QTabBar &bar, int index) { return bar.tabToolTip(index); }
     static QWidget *surface(QTabBar &bar) { return &bar; }
-    static QRect area(const QTabBar &bar, int index) { return bar.tabRect(index); }
-    static bool reveal(const QTabBar &, int) { return false; }
+    static QRect area(const QTabBar &bar, int index);
+    static bool reveal(const QTabBar &bar, int index);
 };
 
 struct SectionFacts
@@ -242,6 +247,35 @@ struct SectionFacts
     static bool reveal(const QHeaderView &bar, int index);
 };
 // clang-format on
+
+/// What the arrows leave of it, with which the bar is scrolled when it is too short.
+QRect TabFacts::area(const QTabBar &bar, int index)
+{
+    QRegion left(bar.tabRect(index) & bar.rect());
+    const bool isHorizontal = bar.width() >= bar.height();
+    for (const QToolButton *arrow : bar.findChildren<QToolButton *>(ScrollArrows, Qt::FindDirectChildrenOnly))
+    {
+        const QRect place = arrow->geometry();
+        if (arrow->isVisible())
+            left -= isHorizontal ? QRect(place.x(), 0, place.width(), bar.height())
+                                 : QRect(0, place.y(), bar.width(), place.height());
+    }
+    return left.boundingRect();
+}
+
+/// As a person does: by the arrows, until enough of it is there to be pressed.
+bool TabFacts::reveal(const QTabBar &bar, int index)
+{
+    const auto arrows = bar.findChildren<QToolButton *>(ScrollArrows, Qt::FindDirectChildrenOnly);
+    for (QToolButton *arrow : arrows) {
+        for (int i = 0; i < bar.count() && arrow->isVisible() && arrow->isEnabled(); ++i) {
+            if (!area(bar, index).isEmpty())
+                return true;
+            arrow->click();
+        }
+    }
+    return !area(bar, index).isEmpty();
+}
 
 QRect SectionFacts::area(const QHeaderView &bar, int index)
 {
