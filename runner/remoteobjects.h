@@ -95,6 +95,7 @@ public:
     Failure lastError(const QString &otherwise);
 
 private:
+    void forgetLastError();
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
     Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);
