@@ -17,10 +17,9 @@ enum MousePressFlag { HasObject = 1, HasModifiers = 2, HasButton = 4, HasPoint =
 
 Failure RemoteObjects::request(const QString &function, const ArgumentList &arguments)
 {
+    forgetLastError();
     QVariant reply;
-    Failure failure = call(QStringLiteral("getLastError"), {}, &reply);
-    if (!failure.isFailure())
-        failure = call(function, arguments, &reply);
+    const Failure failure = call(function, arguments, &reply);
     if (failure.isFailure() || reply == QVariant(true))
         return failure;
     // Raw input functions answer with the reason itself.

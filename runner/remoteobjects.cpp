@@ -74,15 +74,18 @@ Failure RemoteObjects::call(const QString &function, const ArgumentList &argumen
 Failure RemoteObjects::callObject(const QString &function, const ArgumentList &arguments,
                                   const QString &otherwise, ObjectHandle *result)
 {
-    // An error that nobody fetched would pass for the reason of this call.
+    forgetLastError();
     QVariant reply;
-    Failure failure = call(QStringLiteral("getLastError"), {}, &reply);
-    if (!failure.isFailure())
-        failure = call(function, arguments, &reply);
-    if (failure.isFailure())
+    if (const Failure failure = call(function, arguments, &reply); failure.isFailure())
         return failure;
     *result = takeHandle(reply.toString());
     return result->id == 0 ? lastError(otherwise) : Failure();
+}
+
+/// An error that nobody fetched would pass for the reason of the next call.
+void RemoteObjects::forgetLastError()
+{
+    m_session->callAhead(QStringLiteral("getLastError"), {});
 }
 
 Failure RemoteObjects::lastError(const QString &otherwise)
@@ -263,12 +266,10 @@ Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &pr
 /// Calls a method, which may wait for its user; it gives nothing then.
 Failure RemoteObjects::callMethod(const ArgumentList &arguments, ObjectHandle *result)
 {
-    QVariant stale;
+    forgetLastError();
     ArgumentList values;
-    Failure failure = call(QStringLiteral("getLastError"), {}, &stale);
-    if (!failure.isFailure())
-        failure = m_session->callOrLeave(QStringLiteral("invoke"), arguments, &values);
-    if (failure.isFailure())
+    if (const Failure failure = m_session->callOrLeave(QStringLiteral("invoke"), arguments, &values);
+        failure.isFailure())
         return failure;
     *result = takeHandle(values.value(0).toString());
     return result->id == 0 ? lastError(QString()) : Failure();

@@ -102,6 +102,7 @@ private:
     ObjectHandle takeHandle(const QString &text);
     /// The object as a value, whose handle stays with whoever gets it.
     QVariant keptValue(const ObjectHandle &object);
+    void forgetLastError();
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
     Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);

@@ -155,8 +155,23 @@ Failure Session::callOrLeave(const QString &name, const ArgumentList &arguments,
     }
     if (listener->result)
         return outcome(*listener, reply);
-    m_leftBehind.append(listener);
+    leaveBehind(listener);
     return {};
+}
+
+void Session::leaveBehind(const std::shared_ptr<Reply> &listener)
+{
+    m_leftBehind.removeIf([](const auto &reply) { return reply->result.has_value(); });
+    m_leftBehind.append(listener);
+}
+
+void Session::callAhead(const QString &name, const ArgumentList &arguments)
+{
+    if (!isConnected())
+        return;
+    const auto listener = std::make_shared<Reply>();
+    leaveBehind(listener);
+    m_application->call(name, arguments, listener.get());
 }
 
 Failure Session::send(const QString &name, const ArgumentList &arguments)

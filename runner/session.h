@@ -53,6 +53,8 @@ public:
     /// The same for a call that may open a dialog and answer only when that is closed: one that is not
     /// answered in a moment, while the program answers others, is left behind, and `*reply` is empty.
     Failure callOrLeave(const QString &name, const ArgumentList &arguments, ArgumentList *reply);
+    /// The same without waiting; the program answers before it sees anything later, and nobody hears of it.
+    void callAhead(const QString &name, const ArgumentList &arguments);
     /// Sends a one-way message.
     Failure send(const QString &name, const ArgumentList &arguments);
 
@@ -88,6 +90,7 @@ private:
 
     Failure listen();
     Failure outcome(const Reply &reply, ArgumentList *values);
+    void leaveBehind(const std::shared_ptr<Reply> &listener);
     [[nodiscard]] QProcessEnvironment programEnvironment(const QString &preload) const;
     Failure waitUntil(const QString &what, const std::function<bool()> &happened);
     Failure endedBeforeConnecting() const;

@@ -100,7 +100,7 @@ Failure turnWheel(const Locator &target, int notches)
         RemoteObjects &objects = target.program().objects();
         if (const Failure failure = objects.pointer(object, {}); failure.isFailure())
             return failure;
-        return injectAndAwait(target.program(), std::min(1, std::abs(notches)), [&] {
+        return injectAndAwait(target.program(), std::abs(notches), [&] {
             return objects.request(QStringLiteral("rawScrollEvent"), { notches * WheelNotch });
         });
     });

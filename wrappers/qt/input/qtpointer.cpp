@@ -12,6 +12,8 @@
 #include <qpa/qwindowsysteminterface.h>
 #include <qpa/qwindowsysteminterface_p.h>
 
+#include <algorithm>
+
 namespace Vorkel {
 
 namespace {
@@ -19,6 +21,9 @@ namespace {
 using Later = QWindowSystemInterface::AsynchronousDelivery;
 
 constexpr int MoveSteps = 4;
+/// In eighths of a degree.
+constexpr int WheelNotch = 120;
+constexpr int MostNotches = 1000;
 
 struct ButtonRow
 {
@@ -142,13 +147,21 @@ VoidResult QtPointer::button(MouseButton::Value button, bool down, int clicks,
 
 VoidResult QtPointer::roll(int delta, Qt::KeyboardModifiers modifiers)
 {
+    if (delta / WheelNotch > MostNotches || delta / WheelNotch < -MostNotches)
+        return VoidResult::failure(
+                QStringLiteral("The wheel turns by %1 notches at most at once").arg(MostNotches));
     QWindow *window = windowHere();
     if (!window) {
         return VoidResult::failure(
                 QStringLiteral("There is no window at (%1, %2)").arg(m_position.x()).arg(m_position.y()));
     }
-    QWindowSystemInterface::handleWheelEvent(window, timestamp(), inWindow(window, m_position), m_position,
-                                             QPoint(), QPoint(0, delta), modifiers);
+    // As wheels do: a notch at a time, then what is left of one.
+    for (int left = delta; left != 0;) {
+        const int turn = std::clamp(left, -WheelNotch, WheelNotch);
+        QWindowSystemInterface::handleWheelEvent(window, timestamp(), inWindow(window, m_position),
+                                                 m_position, QPoint(), QPoint(0, turn), modifiers);
+        left -= turn;
+    }
     return {};
 }
 
