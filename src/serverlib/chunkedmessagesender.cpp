@@ -8,6 +8,13 @@ namespace Vorkel {
 using Protocol::ChunkLength;
 using Protocol::HeaderLength;
 
+namespace {
+
+/// So much of a body tells whether the rest will shrink.
+constexpr uLong TriedLength = 128 * 1024;
+
+} // namespace
+
 ChunkedMessageSender::ChunkedMessageSender(AsyncMessageChannel *channel, const Protocol::Header &header)
     : m_channel(channel)
     , m_header(header)
@@ -43,6 +50,25 @@ qint64 ChunkedMessageSender::writeData(const char *data, qint64 length)
     return length;
 }
 
+/// From here on looks for nothing that repeats in a body that does not shrink, such as a compressed picture:
+/// it would only cost time.
+bool ChunkedMessageSender::stopTrying()
+{
+    const bool isWorthIt = m_zlib.total_out < m_zlib.total_in / 16 * 15;
+    if (m_hasStopped || m_zlib.total_in < TriedLength || isWorthIt)
+        return true;
+    m_hasStopped = true;
+    int code = Z_BUF_ERROR;
+    while (code == Z_BUF_ERROR) {
+        code = deflateParams(&m_zlib, Z_BEST_SPEED, Z_HUFFMAN_ONLY);
+        if (m_zlib.avail_out == 0 && !sendOutput(ChunkLength, Protocol::MoreChunks | Protocol::Compressed))
+            return false;
+    }
+    if (code != Z_OK)
+        fail(zlibError(m_zlib, code, "deflate"));
+    return code == Z_OK;
+}
+
 bool ChunkedMessageSender::startCompressing()
 {
     const int code = deflateInit(&m_zlib, Z_DEFAULT_COMPRESSION);
@@ -75,7 +101,7 @@ bool ChunkedMessageSender::deflateInput()
         if (m_zlib.avail_out == 0 && !sendOutput(ChunkLength, Protocol::MoreChunks | Protocol::Compressed))
             return false;
     }
-    return true;
+    return stopTrying();
 }
 
 void ChunkedMessageSender::finishCompressing()

@@ -35,6 +35,7 @@ protected:
 private:
     [[nodiscard]] bool startCompressing();
     [[nodiscard]] bool deflateInput();
+    [[nodiscard]] bool stopTrying();
     void finishCompressing();
     void resetOutput();
     [[nodiscard]] bool sendOutput(qsizetype length, FUInt32 flags);
@@ -48,6 +49,7 @@ private:
     QString m_errorText;
     int m_position = Protocol::HeaderLength;
     bool m_compressing = false;
+    bool m_hasStopped = false; // looking for what repeats
     z_stream m_zlib = {};
 };
 
