@@ -61,10 +61,11 @@ public:
         return std::make_unique<ModelItem>(m_view, above);
     }
 
+    /// In the middle: pop-ups scroll on when the pointer is at their edges.
     bool reveal() const override
     {
         if (m_view)
-            m_view->scrollTo(m_index);
+            m_view->scrollTo(m_index, QAbstractItemView::PositionAtCenter);
         return surface() && area().intersects(surface()->rect());
     }
 
