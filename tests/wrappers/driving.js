@@ -201,6 +201,25 @@ test('items', () => {
     expect(said).toHaveText('head 25');
 });
 
+for (const basket of ['basket', 'away', 'asking']) {
+    test('dragged into the ' + basket, () => {
+        open('Drags');
+        if (basket === 'away') {
+            named('elsewhere').click();
+            named('away').waitUntilReady();
+        }
+        for (const fruit of ['pear', 'apple']) {
+            named('fruits').item(fruit).dragTo(named(basket));
+            if (basket === 'asking')
+                app.find({ text: 'Yes' }).click();
+            expect(said).toHaveText('dropped ' + fruit);
+        }
+        expect(named(basket)).toHaveProperty('count', 2);
+        pad.click();
+        expect(said).toHaveText('30,20');
+    });
+}
+
 test('tabs out of sight', () => {
     for (const tab of ['Far 8', 'Far 3', 'Plain']) {
         open(tab);

@@ -37,16 +37,11 @@ QPoint scaled(const QPoint &place, const QScreen *screen, double factor)
     return origin + (place - origin) * factor;
 }
 
-/// Where `window` starts. Qt counts it in the coordinates of the screen that this point is on, which need not
-/// be the window's, and in fractions, since window managers put windows on any pixel.
+/// Qt's `mapToGlobal` takes the screen that the window's first point seems to be on, which is not always the
+/// window's.
 QPoint nativeStart(const QWindow &window)
 {
-    const QPointF start = window.mapToGlobal(QPointF(0, 0));
-    const QScreen *screen = QGuiApplication::screenAt(QPoint(qFloor(start.x()), qFloor(start.y())));
-    if (!screen)
-        screen = window.screen();
-    const QPointF origin = screen->geometry().topLeft();
-    return (origin + (start - origin) * factorOf(screen)).toPoint();
+    return scaled(QtPixels::start(&window), window.screen(), factorOf(window.screen()));
 }
 
 NativeRect rectOf(const QRect &area)

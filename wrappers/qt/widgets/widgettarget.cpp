@@ -96,9 +96,14 @@ QRect WidgetPartTarget::area() const
 
 QRect WidgetPartTarget::visibleArea() const
 {
+    return visibleArea(m_part);
+}
+
+QRect WidgetPartTarget::visibleArea(QRect part) const
+{
     if (!m_widget || !m_widget->isVisible())
         return QRect();
-    QRect part = m_part & m_widget->rect();
+    part &= m_widget->rect();
     const QWidget *at = m_widget;
     for (; !at->isWindow() && at->parentWidget(); at = at->parentWidget())
         part = part.translated(at->pos()) & at->parentWidget()->rect();
@@ -157,10 +162,8 @@ QImage WidgetPartTarget::picture() const
 
 QPoint WidgetTarget::pressPoint() const
 {
-    const QRect seen = visibleArea();
-    const QRect part = widget() ? effectivePart(widget()) : QRect();
-    const QRect effective = part.isEmpty() ? seen : placed(widget(), part) & seen;
-    return effective.isEmpty() ? seen.center() : effective.center();
+    const QRect effective = widget() ? visibleArea(effectivePart(widget())) : QRect();
+    return effective.isEmpty() ? visibleArea().center() : effective.center();
 }
 
 bool WidgetTarget::reveal() const
