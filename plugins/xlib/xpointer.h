@@ -35,12 +35,14 @@ private:
 
     void step(int x, int y);
     void moveAside(const NativePoint &point);
+    void awaitMove(const NativePoint &from, const NativePoint &to) const;
     [[nodiscard]] bool wouldDoubleClick(unsigned button, const NativePoint &point) const;
     void seeEveryMove();
 
     XConnection *m_connection;
     EventRounds m_rounds;
     bool m_compressionPaused = false;
+    bool m_isJustPressed = false;
     unsigned m_down = 0; // a bit for each button
     int m_wheelRest = 0;
     QMap<unsigned, Press> m_presses;

@@ -1,6 +1,7 @@
 // Brings the hook up in a program that knows nothing of it.
 
 #include "qtplatform.h"
+#include "qtscreen.h"
 #include "qtsetup.h"
 #include "qtwrapper.h"
 
@@ -33,6 +34,8 @@ void startHook()
         setUpQtObjectModel();
         // The plug-in lives as long as the process.
         Hook::connectAndCreateHook(QtWrapper::self(), new AUTProcess, createQtPlatform(), 0);
+        if (Hook::hook)
+            Hook::hook->setScreen(SharedPtr<Screen>(new QtScreen));
     } else if (Hook::hook) {
         Hook::hook->watchConnection();
     }
