@@ -102,8 +102,11 @@ test('open pop-up', () => {
 test('window out of sight', () => {
     window.call('showMinimized');
     expectObstacle(pad, "is not visible: its window 'Obstacles' is minimised");
-    window.call('showNormal');
-    pad.waitUntilReady();
+    // A window manager that has not minimised it yet does so after this.
+    waitUntil(() => {
+        window.call('showNormal');
+        return obstacle(pad) === '';
+    });
     window.set('visible', false);
     expectObstacle(pad, "is not visible: 'window' \\(QMainWindow\\) is hidden");
     window.set('visible', true);
