@@ -108,6 +108,8 @@ private:
     Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);
     Failure invokeOn(int target, const ClassRecord &record, const QString &method,
                      const QVariantList &arguments, ObjectHandle *result);
+    Failure invokeOn(const ObjectHandle &object, const QString &method, const QVariantList &arguments,
+                     ObjectHandle *result);
     Failure toValue(const ObjectHandle &object, const ArgumentRecord &type, QVariant *value);
     Failure createContainer(const QVariant &value, ObjectHandle *created);
     Failure createValue(const QVariant &value, const QString &className, ObjectHandle *created);
