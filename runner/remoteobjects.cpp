@@ -82,18 +82,29 @@ Failure RemoteObjects::callObject(const QString &function, const ArgumentList &a
     return result->id == 0 ? lastError(otherwise) : Failure();
 }
 
+Session::OpenCall RemoteObjects::askLastError()
+{
+    return m_session->begin(QStringLiteral("getLastError"), {});
+}
+
 /// An error that nobody fetched would pass for the reason of the next call.
 void RemoteObjects::forgetLastError()
 {
-    m_session->callAhead(QStringLiteral("getLastError"), {});
+    (void)askLastError();
 }
 
 Failure RemoteObjects::lastError(const QString &otherwise)
 {
-    QVariant text;
-    if (const Failure failure = call(QStringLiteral("getLastError"), {}, &text); failure.isFailure())
+    return lastError(askLastError(), otherwise);
+}
+
+Failure RemoteObjects::lastError(const Session::OpenCall &asked, const QString &otherwise)
+{
+    ArgumentList reply;
+    if (const Failure failure = m_session->await(asked, &reply); failure.isFailure())
         return failure;
-    return refused(text.toString().isEmpty() ? otherwise : text.toString());
+    const QString text = reply.value(0).toString();
+    return refused(text.isEmpty() ? otherwise : text);
 }
 
 Failure RemoteObjects::readClasses()

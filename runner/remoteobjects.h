@@ -85,10 +85,18 @@ public:
     Failure readyItem(const ObjectHandle &container, const QString &text, ObjectHandle *item);
     Failure readyItem(const ObjectHandle &container, int row, int column, ObjectHandle *item);
     Failure pointer(const ObjectHandle &object, const PointerAction &action);
+    /// Does them one after the other, whether or not those before went well, and gives the first failure.
+    Failure pointers(const ObjectHandle &object, const QList<PointerAction> &actions);
+    /// The program counts the input that it handles from here on.
+    Session::OpenCall beginInput(int count, int quietMs);
+    /// Waits until it has handled so much, or for so long none.
+    Failure awaitInput(const Session::OpenCall &call);
     /// Where the object is on the screen.
     Failure bounds(const ObjectHandle &object, QRect *bounds);
     /// Calls a remote function that answers true, or else has set the last error.
     Failure request(const QString &function, const ArgumentList &arguments);
+    /// The same for each of the arguments, as `pointers`.
+    Failure requests(const QString &function, const QList<ArgumentList> &arguments);
     /// Calls a remote function; its reply as it comes.
     Failure call(const QString &function, const ArgumentList &arguments, QVariant *reply);
     /// Lets the program forget what it has given handles to since the last time, but for the objects that
@@ -102,7 +110,11 @@ private:
     ObjectHandle takeHandle(const QString &text);
     /// The object as a value, whose handle stays with whoever gets it.
     QVariant keptValue(const ObjectHandle &object);
+    /// A call for the error that stands when the program gets to it, after which none does.
+    [[nodiscard]] Session::OpenCall askLastError();
+    Failure lastError(const Session::OpenCall &asked, const QString &otherwise);
     void forgetLastError();
+    Failure outcomeOf(const Session::OpenCall &call, const Session::OpenCall &error, const QString &function);
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
     Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);

@@ -20,17 +20,6 @@ QString stepText(const char *action, const Locator &target)
     return QStringLiteral("%1 %2").arg(QLatin1String(action), target.text());
 }
 
-/// Runs `inject` and waits until the program has handled `events` of its input.
-template <typename Inject>
-Failure injectAndAwait(DrivenProgram &program, int events, Inject inject)
-{
-    InputWatch watch(program);
-    Failure failure = watch.begin();
-    if (!failure.isFailure())
-        failure = inject();
-    return failure.isFailure() ? failure : watch.await(events);
-}
-
 template <typename Work>
 Failure whenReady(const char *action, const Locator &target, Work work)
 {
@@ -45,14 +34,11 @@ Failure whenReady(const char *action, const Locator &target, Work work)
 
 Failure clickOn(DrivenProgram &program, const ObjectHandle &object, const ClickSettings &settings)
 {
-    RemoteObjects &objects = program.objects();
-    PointerAction action { PointerAction::Press, settings.at, settings.button, settings.modifiers };
+    const PointerAction press { PointerAction::Press, settings.at, settings.button, settings.modifiers };
+    PointerAction release = press;
+    release.kind = PointerAction::Release;
     return injectAndAwait(program, PressAndRelease, [&] {
-        const Failure pressed = objects.pointer(object, action);
-        action.kind = PointerAction::Release;
-        // A button that was pressed must not stay so.
-        const Failure released = objects.pointer(object, action);
-        return pressed.isFailure() ? pressed : released;
+        return program.objects().pointers(object, { press, release });
     });
 }
 

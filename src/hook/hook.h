@@ -201,6 +201,9 @@ public:
     [[nodiscard]] QStringList nativeCapabilities() const;
     /// Answers with a list of pairs, name and number.
     void getExtraKeys(ResponseListener<ArgumentList> *listener, const ArgumentList &arguments);
+    /// Answers with how much input the application has handled from here on: once that is `count`, or none
+    /// more has come for `quietMs` milliseconds. At once, with nothing, where no wrapper tells of input.
+    void awaitInput(ResponseListener<ArgumentList> *listener, int count, int quietMs);
     /// The plug-in's; null without one.
     [[nodiscard]] NativeInterface *nativeInterface() const;
 
@@ -272,6 +275,11 @@ signals:
     void namingSchemeChanged(int scheme);
     void objectDescriptorDataReceived(const QByteArray &data);
     void eventHandlerRegistered(const QString &name);
+    /// Somebody waits for input. A wrapper that connects to this emits `inputHandled` from here on.
+    void inputAwaited();
+    /// From a wrapper: a pressed or released button, a released key other than a modifier, a turned wheel, a
+    /// touch that began or ended is about to be handled.
+    void inputHandled();
 
 public slots:
     void notifyApplicationExit();

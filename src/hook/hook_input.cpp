@@ -1,6 +1,7 @@
 #include "hook/hook.h"
 
 #include "hook/hook_p.h"
+#include "hook/inputwait.h"
 #include "hook/opencall.h"
 #include "hook/platform/currentplatform.h"
 #include "hook/platform/platformplugin.h"
@@ -8,6 +9,8 @@
 #include "hook/wrapper.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/screenvalues.h"
+
+#include <QMetaMethod>
 
 namespace Vorkel {
 
@@ -181,6 +184,15 @@ void Hook::getExtraKeys(ResponseListener<ArgumentList> *listener, const Argument
     if (arguments.isEmpty())
         return listener->response(Result::failure(wrongCountText(F_GetExtraKeys)));
     native->extraKeys(new ExtraKeysListener(listener));
+}
+
+void Hook::awaitInput(ResponseListener<ArgumentList> *listener, int count, int quietMs)
+{
+    if (!isSignalConnected(QMetaMethod::fromSignal(&Hook::inputAwaited)))
+        return listener->response(ArgumentList());
+    emit inputAwaited();
+    const auto *const wait = new InputWait(listener, count, quietMs, this);
+    connect(this, &Hook::inputHandled, wait, &InputWait::note);
 }
 
 } // namespace Vorkel

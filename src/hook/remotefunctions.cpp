@@ -162,6 +162,7 @@ constexpr RemoteFunction Functions[] = {
     { VORKEL_FUNCTION(F_BinaryStreamBytesReceived),   "binaryStreamBytesReceived",      Send,      exactly(2),    Later },
     { VORKEL_FUNCTION(F_LauncherInit),                "launcherInit",                   Call,      anyCount(),    Later },
     { VORKEL_FUNCTION(F_NativeCapabilities),          "nativeCapabilities",             Call,      anyCount(),    call<&Hook::nativeCapabilities> },
+    { VORKEL_FUNCTION(F_AwaitInput),                  "awaitInput",                     LaterCall, exactly(2),    callLater<&Hook::awaitInput> },
 };
 // clang-format on
 

@@ -144,6 +144,7 @@ enum HookFunctionId {
     F_BinaryStreamBytesReceived = 129,
     F_LauncherInit = 130,
     F_NativeCapabilities = 131,
+    F_AwaitInput = 132,
 };
 // clang-format on
 

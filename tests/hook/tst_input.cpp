@@ -52,6 +52,7 @@ private slots:
     void stopsAtFailures();
     void survivesTheEndInBetween();
     void answersLater();
+    void waitsForInput();
     void servesScripts_data();
     void servesScripts();
 };
@@ -254,6 +255,37 @@ void tst_input::answersLater()
     plugin.late.pictures->response(FunctionCallResult<Screenshot>::failure(u"too dark"_s));
     QCOMPARE(keys.outcomes.size(), 1);
     QCOMPARE(pictures.outcomes, QStringList(u"failed too dark"_s));
+}
+
+void tst_input::waitsForInput()
+{
+    constexpr int Endless = 1 << 30;
+    const auto wait = [](const Session &session, RecordingListener *listener, int count, int ms) {
+        session.hook->handleCall(1, u"awaitInput"_s, { count, ms }, listener);
+    };
+    RecordingListener unknown;
+    RecordingListener two;
+    RecordingListener quiet;
+    RecordingListener open;
+    {
+        Session session;
+        wait(session, &unknown, 2, Endless);
+        QCOMPARE(unknown.outcomes, QStringList { u"ok "_s });
+        connect(session.hook, &Hook::inputAwaited, this, [] {});
+        wait(session, &two, 2, Endless);
+        wait(session, &quiet, 2, -1);
+        wait(session, &open, 3, Endless);
+        emit session.hook->inputHandled();
+        QTRY_COMPARE(quiet.outcomes, QStringList { u"ok 1"_s });
+        // The second one opens a dialog; its loop answers.
+        QEventLoop dialog;
+        two.onResponse = [&] { dialog.quit(); };
+        emit session.hook->inputHandled();
+        QCOMPARE(two.outcomes, QStringList());
+        dialog.exec();
+        QCOMPARE(two.outcomes, QStringList { u"ok 2"_s });
+    }
+    QCOMPARE(open.outcomes, QStringList { u"ok 2"_s });
 }
 
 void tst_input::servesScripts_data()

@@ -1,6 +1,5 @@
 #include "qtfunctions.h"
 
-#include "qtinputcount.h"
 #include "qttoolkit.h"
 #include "qtvalues.h"
 #include "qtwrapper.h"
@@ -15,11 +14,6 @@
 namespace Vorkel::QtFunctions {
 
 namespace {
-
-SharedPtr<Object> inputCount(const ObjectList &, const Class *)
-{
-    return QtValues::toObject(QtInputCount::self()->count());
-}
 
 SharedPtr<Object> grabWidget(const ObjectList &arguments, const Class *)
 {
@@ -76,7 +70,6 @@ void registerCommon()
     CommonWrapperAPI::registerClipboardFunctions();
     CommonWrapperAPI::registerNativeFunctions();
     CommonWrapperAPI::registerConsoleFunctions();
-    add(inputCount, ofType("", IntClassId), "_vorkel_input_count", {});
 }
 
 void registerFor(const Class *objectClass)
