@@ -17,38 +17,15 @@ enum MousePressFlag { HasObject = 1, HasModifiers = 2, HasButton = 4, HasPoint =
 
 Failure RemoteObjects::request(const QString &function, const ArgumentList &arguments)
 {
-    return requests(function, { arguments });
-}
-
-// All is sent before anything is waited for.
-Failure RemoteObjects::requests(const QString &function, const QList<ArgumentList> &arguments)
-{
-    QList<std::pair<Session::OpenCall, Session::OpenCall>> calls;
     forgetLastError();
-    for (const ArgumentList &values : arguments) {
-        const Session::OpenCall call = m_session->begin(function, values);
-        calls.emplaceBack(call, askLastError());
-    }
-    Failure first;
-    for (const auto &[call, error] : calls) {
-        const Failure failure = outcomeOf(call, error, function);
-        if (!first.isFailure())
-            first = failure;
-    }
-    return first;
-}
-
-Failure RemoteObjects::outcomeOf(const Session::OpenCall &call, const Session::OpenCall &error,
-                                 const QString &function)
-{
-    ArgumentList reply;
-    const Failure failure = m_session->await(call, &reply);
-    if (failure.isFailure() || reply.value(0) == QVariant(true))
+    QVariant reply;
+    const Failure failure = call(function, arguments, &reply);
+    if (failure.isFailure() || reply == QVariant(true))
         return failure;
     // Raw input functions answer with the reason itself.
-    if (reply.value(0).typeId() == QMetaType::QString)
-        return { ExitCode::CallFailed, reply.value(0).toString() };
-    return lastError(error, QStringLiteral("the program refused %1 without a reason").arg(function));
+    if (reply.typeId() == QMetaType::QString)
+        return { ExitCode::CallFailed, reply.toString() };
+    return lastError(QStringLiteral("the program refused %1 without a reason").arg(function));
 }
 
 Failure RemoteObjects::checkReady(const ObjectHandle &object)
@@ -56,6 +33,12 @@ Failure RemoteObjects::checkReady(const ObjectHandle &object)
     ObjectHandle ready;
     return callObject(QStringLiteral("objectReady2"), { object.id },
                       QStringLiteral("the object is not ready"), &ready);
+}
+
+Failure RemoteObjects::findReady(const QString &name, ObjectHandle *found)
+{
+    return callObject(QStringLiteral("objectReady"), { name },
+                      QStringLiteral("'%1' names no object that is ready").arg(name), found);
 }
 
 Failure RemoteObjects::readyItem(const ObjectHandle &container, const QString &text, ObjectHandle *item)
@@ -72,20 +55,22 @@ Failure RemoteObjects::readyItem(const ObjectHandle &container, int row, int col
 
 Failure RemoteObjects::pointer(const ObjectHandle &object, const PointerAction &action)
 {
-    return pointers(object, { action });
+    const int flags = (object.id ? HasObject : 0) | (action.modifiers ? HasModifiers : 0) | HasButton
+            | (action.at ? HasPoint : 0);
+    const QPoint at = action.at.value_or(QPoint());
+    return request(QStringLiteral("mousePress"),
+                   { object.id, flags, at.x(), at.y(), action.button, action.modifiers,
+                     action.kind != PointerAction::Move, action.kind == PointerAction::Press });
 }
 
-Failure RemoteObjects::pointers(const ObjectHandle &object, const QList<PointerAction> &actions)
+Failure RemoteObjects::clickIfReady(const QVariant &target, int clicks, const ClickSettings &settings)
 {
-    QList<ArgumentList> calls;
-    for (const PointerAction &action : actions) {
-        const int flags = (object.id ? HasObject : 0) | (action.modifiers ? HasModifiers : 0) | HasButton
-                | (action.at ? HasPoint : 0);
-        const QPoint at = action.at.value_or(QPoint());
-        calls.append({ object.id, flags, at.x(), at.y(), action.button, action.modifiers,
-                       action.kind != PointerAction::Move, action.kind == PointerAction::Press });
-    }
-    return requests(QStringLiteral("mousePress"), calls);
+    const QPoint at = settings.at.value_or(QPoint());
+    ObjectHandle clicked;
+    return callObject(
+            QStringLiteral("clickIfReady"),
+            { target, clicks, settings.at.has_value(), at.x(), at.y(), settings.button, settings.modifiers },
+            QStringLiteral("the object is not ready"), &clicked);
 }
 
 Session::OpenCall RemoteObjects::beginInput(int count, int quietMs)

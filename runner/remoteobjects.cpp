@@ -82,29 +82,18 @@ Failure RemoteObjects::callObject(const QString &function, const ArgumentList &a
     return result->id == 0 ? lastError(otherwise) : Failure();
 }
 
-Session::OpenCall RemoteObjects::askLastError()
-{
-    return m_session->begin(QStringLiteral("getLastError"), {});
-}
-
 /// An error that nobody fetched would pass for the reason of the next call.
 void RemoteObjects::forgetLastError()
 {
-    (void)askLastError();
+    m_session->begin(QStringLiteral("getLastError"), {});
 }
 
 Failure RemoteObjects::lastError(const QString &otherwise)
 {
-    return lastError(askLastError(), otherwise);
-}
-
-Failure RemoteObjects::lastError(const Session::OpenCall &asked, const QString &otherwise)
-{
-    ArgumentList reply;
-    if (const Failure failure = m_session->await(asked, &reply); failure.isFailure())
+    QVariant text;
+    if (const Failure failure = call(QStringLiteral("getLastError"), {}, &text); failure.isFailure())
         return failure;
-    const QString text = reply.value(0).toString();
-    return refused(text.isEmpty() ? otherwise : text);
+    return refused(text.toString().isEmpty() ? otherwise : text.toString());
 }
 
 Failure RemoteObjects::readClasses()

@@ -27,6 +27,14 @@ struct PointerAction
     int modifiers = 0; ///< of the system's keyboard modifiers, or'ed
 };
 
+/// Where and how a button is pressed.
+struct ClickSettings
+{
+    std::optional<QPoint> at {}; ///< from the object's top left corner; none: where a person would press
+    int button = 1; ///< of the system's mouse buttons; 1 is the left one
+    int modifiers = 0; ///< of the system's keyboard modifiers, or'ed
+};
+
 /// The objects of a running program, and what can be done with them. Every operation waits for the
 /// program's answer; what the program refuses has the code `ExitCode::CallFailed`.
 class RemoteObjects
@@ -81,12 +89,15 @@ public:
 
     /// Fails with the reason until a person could use the object.
     Failure checkReady(const ObjectHandle &object);
+    /// The object called `name`, once a person could use it.
+    Failure findReady(const QString &name, ObjectHandle *found);
     /// The item of `container` that shows `text`, once a person could use it.
     Failure readyItem(const ObjectHandle &container, const QString &text, ObjectHandle *item);
     Failure readyItem(const ObjectHandle &container, int row, int column, ObjectHandle *item);
     Failure pointer(const ObjectHandle &object, const PointerAction &action);
-    /// Does them one after the other, whether or not those before went well, and gives the first failure.
-    Failure pointers(const ObjectHandle &object, const QList<PointerAction> &actions);
+    /// Clicks once or twice on an object that a person could use now, or fails with the reason why nobody
+    /// could. `target` is a name or an id.
+    Failure clickIfReady(const QVariant &target, int clicks, const ClickSettings &settings);
     /// The program counts the input that it handles from here on.
     Session::OpenCall beginInput(int count, int quietMs);
     /// Waits until it has handled so much, or for so long none.
@@ -95,8 +106,6 @@ public:
     Failure bounds(const ObjectHandle &object, QRect *bounds);
     /// Calls a remote function that answers true, or else has set the last error.
     Failure request(const QString &function, const ArgumentList &arguments);
-    /// The same for each of the arguments, as `pointers`.
-    Failure requests(const QString &function, const QList<ArgumentList> &arguments);
     /// Calls a remote function; its reply as it comes.
     Failure call(const QString &function, const ArgumentList &arguments, QVariant *reply);
     /// Lets the program forget what it has given handles to since the last time, but for the objects that
@@ -110,11 +119,7 @@ private:
     ObjectHandle takeHandle(const QString &text);
     /// The object as a value, whose handle stays with whoever gets it.
     QVariant keptValue(const ObjectHandle &object);
-    /// A call for the error that stands when the program gets to it, after which none does.
-    [[nodiscard]] Session::OpenCall askLastError();
-    Failure lastError(const Session::OpenCall &asked, const QString &otherwise);
     void forgetLastError();
-    Failure outcomeOf(const Session::OpenCall &call, const Session::OpenCall &error, const QString &function);
     Failure callObject(const QString &function, const ArgumentList &arguments, const QString &otherwise,
                        ObjectHandle *result);
     Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);

@@ -14,6 +14,7 @@ constexpr int MoveSteps = 5;
 constexpr int DoubleClickMs = 600;
 constexpr int DoubleClickPixels = 10;
 constexpr int AsidePixels = 12;
+constexpr qint64 RecentNs = 1'000'000;
 constexpr int WheelNotch = 120;
 constexpr int MostNotches = 1000;
 constexpr unsigned WheelAway = 4;
@@ -78,12 +79,20 @@ FunctionCallResult<NativePoint> XPointerDevice::position() const
                 m_connection->isBroken() ? m_connection->lost().error()
                                          : QStringLiteral("The pointer is on another screen"));
     }
-    return NativePoint::at(x, y);
+    m_seen = NativePoint::at(x, y);
+    m_sinceSeen.start();
+    return m_seen;
+}
+
+/// The operations of one click follow each other faster than a hand could come in between.
+FunctionCallResult<NativePoint> XPointerDevice::recentPosition() const
+{
+    return m_seen.defined && m_sinceSeen.nsecsElapsed() < RecentNs ? m_seen : position();
 }
 
 VoidResult XPointerDevice::move(const NativePoint &point)
 {
-    const FunctionCallResult<NativePoint> from = position();
+    const FunctionCallResult<NativePoint> from = recentPosition();
     if (m_connection->isBroken())
         return m_connection->lost();
     if (from.isOk() && from.value() == NativePoint::at(point.x, point.y))
@@ -114,7 +123,7 @@ VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clic
 
     const unsigned number = row->number;
     if (down) {
-        const NativePoint point = position().value();
+        const NativePoint point = recentPosition().value();
         if (clicks == 1 && wouldDoubleClick(number, point))
             moveAside(point);
         Press &press = m_presses[number];
@@ -145,6 +154,7 @@ void XPointerDevice::step(int x, int y)
 {
     // The protocol has 16 bits for each; the server keeps the pointer on the screen.
     constexpr int Most = 32767;
+    m_seen = NativePoint();
     XTestFakeMotionEvent(m_connection->display(), DefaultScreen(m_connection->display()),
                          std::clamp(x, -Most, Most), std::clamp(y, -Most, Most), CurrentTime);
 }
@@ -163,6 +173,8 @@ void XPointerDevice::moveAside(const NativePoint &point)
     const bool hasRoom = point.x + AsidePixels < DisplayWidth(m_connection->display(), 0);
     step(point.x + (hasRoom ? AsidePixels : -AsidePixels), point.y);
     step(point.x, point.y);
+    m_seen = point;
+    m_sinceSeen.start();
 }
 
 // Qt leaves out moves that have a successor in its queue, and ours arrive all at once.

@@ -17,6 +17,7 @@ public:
     /// Lets the buttons go that are still down.
     ~XPointerDevice();
 
+    /// Asks the server.
     [[nodiscard]] FunctionCallResult<NativePoint> position() const;
     /// In steps that the windows between get to see.
     VoidResult move(const NativePoint &point);
@@ -33,6 +34,7 @@ private:
         NativePoint point;
     };
 
+    [[nodiscard]] FunctionCallResult<NativePoint> recentPosition() const;
     void step(int x, int y);
     void moveAside(const NativePoint &point);
     [[nodiscard]] bool wouldDoubleClick(unsigned button, const NativePoint &point) const;
@@ -44,6 +46,8 @@ private:
     unsigned m_down = 0; // a bit for each button
     int m_wheelRest = 0;
     QMap<unsigned, Press> m_presses;
+    mutable NativePoint m_seen; // where the pointer was when we last knew
+    mutable QElapsedTimer m_sinceSeen;
 };
 
 } // namespace Vorkel

@@ -6,16 +6,30 @@ namespace {
 
 constexpr int QuietMs = 300;
 
+Failure awaitEnd(DrivenProgram &program, const Session::OpenCall &handled)
+{
+    const Failure failure = program.objects().awaitInput(handled);
+    return failure.isFailure() && program.hasEndedWell() ? Failure() : failure;
+}
+
 } // namespace
 
 Failure injectAndAwait(DrivenProgram &program, int count, const std::function<Failure()> &inject)
 {
     RemoteObjects &objects = program.objects();
     const Session::OpenCall handled = objects.beginInput(count, QuietMs);
-    if (const Failure failure = inject(); failure.isFailure())
-        return failure;
-    const Failure failure = objects.awaitInput(handled);
-    return failure.isFailure() && program.hasEndedWell() ? Failure() : failure;
+    const Failure injected = inject();
+    return injected.isFailure() ? injected : awaitEnd(program, handled);
+}
+
+Failure retryAndAwait(DrivenProgram &program, int count, const std::function<Failure()> &inject)
+{
+    Session::OpenCall handled;
+    const Failure injected = program.retry([&] {
+        handled = program.objects().beginInput(count, QuietMs);
+        return inject();
+    });
+    return injected.isFailure() ? injected : awaitEnd(program, handled);
 }
 
 } // namespace Vorkel::Runner

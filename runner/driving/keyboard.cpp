@@ -12,7 +12,7 @@ namespace {
 
 /// A request is answered when all of it is typed, so a long text goes in several; and a request can only have
 /// as many characters that are not on the keyboard as this has spare keys.
-constexpr qsizetype MostKeys = 250;
+constexpr qsizetype MostKeys = 500;
 constexpr qsizetype MostRareKeys = 8;
 
 /// The characters and named keys that `keys` stands for, in their own spelling.

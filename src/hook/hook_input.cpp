@@ -131,6 +131,22 @@ bool Hook::pressOnScreen(const NativePoint &point, MouseButton::Value button, in
                                     : native.pointerMove(point).error());
 }
 
+SharedPtr<Object> Hook::clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x, int y,
+                                     int button, int modifiers)
+{
+    const bool isName = target.typeId() == QMetaType::QString;
+    const SharedPtr<Object> object =
+            isName ? getObjectIfReady(target.toString()) : getObjectIfReady(objectById(target.toInt()));
+    Wrapper *const wrapper = object ? wrapperForObject(object) : nullptr;
+    if (!wrapper)
+        return nullptr;
+    const Wrapper::ObjectPoint point { isPointGiven, x, y, Wrapper::ObjectPoint::NoScreen };
+    const auto pressed = static_cast<MouseButton::Value>(button);
+    const VoidResult clicked = clicks == 2 ? wrapper->doubleClick(object, point, pressed, modifiers)
+                                           : wrapper->pointerClick(object, point, pressed, modifiers, 1);
+    return succeeded(clicked.error()) ? object : nullptr;
+}
+
 VoidResult Hook::rawMouseEvent(int type, int x, int y, int button) const
 {
     const MouseButton::Value pressed = mouseButtonByIndex(button);
@@ -191,8 +207,9 @@ void Hook::awaitInput(ResponseListener<ArgumentList> *listener, int count, int q
     if (!isSignalConnected(QMetaMethod::fromSignal(&Hook::inputAwaited)))
         return listener->response(ArgumentList());
     emit inputAwaited();
-    const auto *const wait = new InputWait(listener, count, quietMs, this);
-    connect(this, &Hook::inputHandled, wait, &InputWait::note);
+    delete d->inputWait;
+    d->inputWait = new InputWait(listener, count, quietMs, this);
+    connect(this, &Hook::inputHandled, d->inputWait, &InputWait::note);
 }
 
 } // namespace Vorkel

@@ -145,6 +145,7 @@ enum HookFunctionId {
     F_LauncherInit = 130,
     F_NativeCapabilities = 131,
     F_AwaitInput = 132,
+    F_ClickIfReady = 133,
 };
 // clang-format on
 

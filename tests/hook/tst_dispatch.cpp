@@ -48,6 +48,7 @@ constexpr Group Groups[] = {
     {'C', 4, 4,   "canConvertTo convertTo rawKeycodeEvent"},
     {'C', 5, 5,   "rawMouseEvent"},
     {'C', 6, 6,   "rawTouchEvent"},
+    {'C', 7, 7,   "clickIfReady"},
     {'C', 8, 8,   "mousePress"},
     {'L', 1, 1,   "rawScreenshot"},
     {'L', 1, Any, "getExtraKeys"},
@@ -150,7 +151,7 @@ void tst_dispatch::knowsEveryName_data()
             names << name;
         }
     }
-    QCOMPARE(names.size(), 132);
+    QCOMPARE(names.size(), 133);
 }
 
 // Every number of arguments, in every way the message can come.

@@ -22,14 +22,6 @@ SharedPtr<Object> grabWidget(const ObjectList &arguments, const Class *)
     return picture.isNull() ? nullptr : QtValues::toObject(picture);
 }
 
-int number(const ObjectList &arguments, std::size_t index, int otherwise)
-{
-    int value = otherwise;
-    if (index < arguments.size())
-        unwrap(arguments[index], &value);
-    return value;
-}
-
 SharedPtr<Object> reported(const VoidResult &result)
 {
     if (result.isOk())
@@ -38,16 +30,12 @@ SharedPtr<Object> reported(const VoidResult &result)
     return nullptr;
 }
 
-SharedPtr<Object> doubleClick(const ObjectList &arguments, const Class *)
-{
-    const int button = number(arguments, 2, MouseButton::LeftButton);
-    return reported(QtWrapper::self()->doubleClick(arguments[0], {}, static_cast<MouseButton::Value>(button),
-                                                   number(arguments, 1, 0)));
-}
-
 SharedPtr<Object> tapObject(const ObjectList &arguments, const Class *)
 {
-    return reported(QtWrapper::self()->tap(arguments[0], number(arguments, 1, 0)));
+    int modifiers = 0;
+    if (arguments.size() > 1)
+        unwrap(arguments[1], &modifiers);
+    return reported(QtWrapper::self()->tap(arguments[0], modifiers));
 }
 
 void add(GlobalMethod::ListCaller caller, const Argument &result, const char *name,
@@ -80,9 +68,6 @@ void registerFor(const Class *objectClass)
     add(grabWidget, QtValues::argumentFor(QString(), QMetaType(QMetaType::QImage)), "grabWidget", { object });
     add(tapObject, nothing, "tapObject", { object });
     add(tapObject, nothing, "tapObject", { object, modifiers });
-    add(doubleClick, nothing, "doubleClick", { object });
-    add(doubleClick, nothing, "doubleClick", { object, modifiers });
-    add(doubleClick, nothing, "doubleClick", { object, modifiers, ofType("button", IntClassId) });
 }
 
 } // namespace Vorkel::QtFunctions
