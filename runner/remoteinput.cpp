@@ -66,11 +66,9 @@ Failure RemoteObjects::pointer(const ObjectHandle &object, const PointerAction &
 Failure RemoteObjects::clickIfReady(const QVariant &target, int clicks, const ClickSettings &settings)
 {
     const QPoint at = settings.at.value_or(QPoint());
-    ObjectHandle clicked;
-    return callObject(
+    return request(
             QStringLiteral("clickIfReady"),
-            { target, clicks, settings.at.has_value(), at.x(), at.y(), settings.button, settings.modifiers },
-            QStringLiteral("the object is not ready"), &clicked);
+            { target, clicks, settings.at.has_value(), at.x(), at.y(), settings.button, settings.modifiers });
 }
 
 Session::OpenCall RemoteObjects::beginInput(int count, int quietMs)

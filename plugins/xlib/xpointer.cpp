@@ -14,7 +14,6 @@ constexpr int MoveSteps = 5;
 constexpr int DoubleClickMs = 600;
 constexpr int DoubleClickPixels = 10;
 constexpr int AsidePixels = 12;
-constexpr qint64 RecentNs = 1'000'000;
 constexpr int WheelNotch = 120;
 constexpr int MostNotches = 1000;
 constexpr unsigned WheelAway = 4;
@@ -79,20 +78,14 @@ FunctionCallResult<NativePoint> XPointerDevice::position() const
                 m_connection->isBroken() ? m_connection->lost().error()
                                          : QStringLiteral("The pointer is on another screen"));
     }
-    m_seen = NativePoint::at(x, y);
-    m_sinceSeen.start();
-    return m_seen;
-}
-
-/// The operations of one click follow each other faster than a hand could come in between.
-FunctionCallResult<NativePoint> XPointerDevice::recentPosition() const
-{
-    return m_seen.defined && m_sinceSeen.nsecsElapsed() < RecentNs ? m_seen : position();
+    return NativePoint::at(x, y);
 }
 
 VoidResult XPointerDevice::move(const NativePoint &point)
 {
-    const FunctionCallResult<NativePoint> from = recentPosition();
+    if (m_put.defined && m_put == NativePoint::at(point.x, point.y))
+        return warp(point);
+    const FunctionCallResult<NativePoint> from = position();
     if (m_connection->isBroken())
         return m_connection->lost();
     if (from.isOk() && from.value() == NativePoint::at(point.x, point.y))
@@ -114,7 +107,7 @@ VoidResult XPointerDevice::warp(const NativePoint &point)
     return m_connection->finish();
 }
 
-VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clicks)
+VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clicks, const NativePoint &at)
 {
     const auto *const row = std::find_if(std::begin(Buttons), std::end(Buttons),
                                          [&](const ButtonRow &r) { return r.button == button; });
@@ -123,7 +116,7 @@ VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clic
 
     const unsigned number = row->number;
     if (down) {
-        const NativePoint point = recentPosition().value();
+        const NativePoint point = at.defined ? at : position().value();
         if (clicks == 1 && wouldDoubleClick(number, point))
             moveAside(point);
         Press &press = m_presses[number];
@@ -154,7 +147,7 @@ void XPointerDevice::step(int x, int y)
 {
     // The protocol has 16 bits for each; the server keeps the pointer on the screen.
     constexpr int Most = 32767;
-    m_seen = NativePoint();
+    m_put = NativePoint::at(x, y);
     XTestFakeMotionEvent(m_connection->display(), DefaultScreen(m_connection->display()),
                          std::clamp(x, -Most, Most), std::clamp(y, -Most, Most), CurrentTime);
 }
@@ -173,8 +166,6 @@ void XPointerDevice::moveAside(const NativePoint &point)
     const bool hasRoom = point.x + AsidePixels < DisplayWidth(m_connection->display(), 0);
     step(point.x + (hasRoom ? AsidePixels : -AsidePixels), point.y);
     step(point.x, point.y);
-    m_seen = point;
-    m_sinceSeen.start();
 }
 
 // Qt leaves out moves that have a successor in its queue, and ours arrive all at once.

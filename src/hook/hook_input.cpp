@@ -131,20 +131,20 @@ bool Hook::pressOnScreen(const NativePoint &point, MouseButton::Value button, in
                                     : native.pointerMove(point).error());
 }
 
-SharedPtr<Object> Hook::clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x, int y,
-                                     int button, int modifiers)
+bool Hook::clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x, int y, int button,
+                        int modifiers)
 {
     const bool isName = target.typeId() == QMetaType::QString;
     const SharedPtr<Object> object =
             isName ? getObjectIfReady(target.toString()) : getObjectIfReady(objectById(target.toInt()));
     Wrapper *const wrapper = object ? wrapperForObject(object) : nullptr;
     if (!wrapper)
-        return nullptr;
+        return false;
     const Wrapper::ObjectPoint point { isPointGiven, x, y, Wrapper::ObjectPoint::NoScreen };
     const auto pressed = static_cast<MouseButton::Value>(button);
     const VoidResult clicked = clicks == 2 ? wrapper->doubleClick(object, point, pressed, modifiers)
                                            : wrapper->pointerClick(object, point, pressed, modifiers, 1);
-    return succeeded(clicked.error()) ? object : nullptr;
+    return succeeded(clicked.error());
 }
 
 VoidResult Hook::rawMouseEvent(int type, int x, int y, int button) const
