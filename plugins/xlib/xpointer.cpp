@@ -86,6 +86,8 @@ FunctionCallResult<NativePoint> XPointerDevice::position() const
 
 VoidResult XPointerDevice::move(const NativePoint &point)
 {
+    if (m_put.defined && m_put == NativePoint::at(point.x, point.y))
+        return warp(point);
     const FunctionCallResult<NativePoint> from = position();
     if (m_connection->isBroken())
         return m_connection->lost();
@@ -112,7 +114,7 @@ VoidResult XPointerDevice::warp(const NativePoint &point)
     return m_connection->finish();
 }
 
-VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clicks)
+VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clicks, const NativePoint &at)
 {
     const auto *const row = std::find_if(std::begin(Buttons), std::end(Buttons),
                                          [&](const ButtonRow &r) { return r.button == button; });
@@ -121,7 +123,7 @@ VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clic
 
     const unsigned number = row->number;
     if (down) {
-        const NativePoint point = position().value();
+        const NativePoint point = at.defined ? at : position().value();
         if (clicks == 1 && wouldDoubleClick(number, point))
             moveAside(point);
         Press &press = m_presses[number];
@@ -153,6 +155,7 @@ void XPointerDevice::step(int x, int y)
 {
     // The protocol has 16 bits for each; the server keeps the pointer on the screen.
     constexpr int Most = 32767;
+    m_put = NativePoint::at(x, y);
     XTestFakeMotionEvent(m_connection->display(), DefaultScreen(m_connection->display()),
                          std::clamp(x, -Most, Most), std::clamp(y, -Most, Most), CurrentTime);
 }
