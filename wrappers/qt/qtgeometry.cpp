@@ -11,16 +11,18 @@ namespace Vorkel {
 
 namespace {
 
-/// Where the platform counts in the same units as Qt, nothing is to be converted.
-bool isPlatformScaled()
+/// All of the ratio is Qt's own where the platform counts in pixels, as X11 does.
+double devicePixelRatioOf(const QScreen *screen)
 {
-    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    return screen->devicePixelRatio();
 }
+
+QtPixels::Factor *ownFactor = devicePixelRatioOf;
 
 /// How much larger the device's numbers are on this screen.
 double factorOf(const QScreen *screen)
 {
-    return screen && !isPlatformScaled() ? screen->devicePixelRatio() : 1.0;
+    return screen ? ownFactor(screen) : 1.0;
 }
 
 QRect nativeGeometry(const QScreen *screen)
@@ -77,6 +79,11 @@ NativePoint QtGeometryDelegate::relativeToNative(const SharedPtr<Object> &object
 }
 
 namespace QtPixels {
+
+void useFactor(Factor *factor)
+{
+    ownFactor = factor;
+}
 
 QPoint toNative(const QPoint &point)
 {

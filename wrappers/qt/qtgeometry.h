@@ -24,6 +24,11 @@ public:
 /// From Qt's global coordinates to the pixels of the devices, which differ where Qt scales what it draws.
 namespace QtPixels {
 
+/// How much Qt itself scales what it draws on the screen, besides what the platform does.
+using Factor = double(const QScreen *screen);
+/// Whoever knows how Qt and its platform share that says so; else Qt is taken to do it all.
+VORKEL_EXPORT void useFactor(Factor *factor);
+
 [[nodiscard]] VORKEL_EXPORT QPoint toNative(const QPoint &point);
 [[nodiscard]] VORKEL_EXPORT QRect toNative(const QRect &area);
 [[nodiscard]] VORKEL_EXPORT QPoint fromNative(const QPoint &point);

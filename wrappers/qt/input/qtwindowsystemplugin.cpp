@@ -1,13 +1,21 @@
 // The platform plug-in for programs whose devices no other plug-in reaches.
 
 #include "qtdrags.h"
+#include "qtgeometry.h"
 #include "qtnativeinterface.h"
 
 #include "hook/platform/platformplugin.h"
 
+#include <private/qhighdpiscaling_p.h>
+
 namespace Vorkel {
 
 namespace {
+
+double factorOf(const QScreen *screen)
+{
+    return QHighDpiScaling::factor(screen);
+}
 
 class QtWindowSystemPlugin : public PlatformPlugin
 {
@@ -29,5 +37,6 @@ private:
 extern "C" VORKEL_EXPORT Vorkel::PlatformPlugin *vorkel_qt_create_platform()
 {
     Vorkel::QtDrags::provide();
+    Vorkel::QtPixels::useFactor(Vorkel::factorOf);
     return new Vorkel::QtWindowSystemPlugin;
 }
