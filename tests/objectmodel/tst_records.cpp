@@ -107,17 +107,6 @@ private slots:
         QCOMPARE(colours.valueToKey(4, nullptr), QStringLiteral("Blue"));
     }
 
-    void shortStreamsEnd()
-    {
-        const QByteArray whole = recordOf(*squareClass()->method(2)) + QByteArray(8, '\x7f');
-        for (qsizetype length = 0; length < whole.size(); ++length) {
-            Method method(nullptr, Argument(), QString(), Signature(), false, -1);
-            readInto(&method, whole.first(length));
-            Enum colours(shapeClass());
-            readInto(&colours, whole.first(length));
-        }
-    }
-
     void valuesTravelWithoutTheirTypes()
     {
         const SharedPtr<Object> from = newShape(77);
