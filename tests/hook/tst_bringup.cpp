@@ -39,9 +39,9 @@ struct Script
     TinyWrapper wrapper;
     LogCapture log;
 
-    explicit Script(const char *runnerId = "7")
+    Script()
     {
-        qputenv("VORKEL_RUNNERID", runnerId);
+        qputenv("VORKEL_RUNNERID", "7");
         qputenv("VORKEL_APPID", "9");
     }
     [[nodiscard]] QPointer<Hook> create(const QByteArray &messages)
@@ -61,7 +61,6 @@ class tst_bringup : public QObject
 
 private slots:
     void takesConnection();
-    void needsRunnerId();
     void outlivesItsConstructor();
     void goesInsideNestedWait();
 };
@@ -86,17 +85,6 @@ void tst_bringup::takesConnection()
     while (!heard.endsWith(u"send 9>1 end()"_s))
         heard << Bytes::told(script.runner.readMessage());
     QCOMPARE(heard.filter(u"appAboutToExit"_s), QStringList { u"send 9>7 appAboutToExit(9)"_s });
-}
-
-void tst_bringup::needsRunnerId()
-{
-    Script script("-7");
-    qunsetenv("VORKEL_APPID");
-    const std::unique_ptr<Hook> hook(script.create({}));
-    QCOMPARE(hook->runnerId(), 0);
-    QCOMPARE(script.log.takeLines().join(u'|'),
-             u"VORKEL_RUNNERID was not set, set to an empty string or is not a positive number|"
-             "VORKEL_APPID was not set or set to a null string"_s);
 }
 
 // The connection ends inside an event loop that a handler runs while the constructor is on the stack.
