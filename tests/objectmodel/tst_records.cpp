@@ -71,27 +71,6 @@ private slots:
         QCOMPARE(recordOf(*Inspector::self()->globalNamespace()), hex("00000000" + Null + "ffffffff"));
     }
 
-    void classesSayWhatTheyHave()
-    {
-        const QByteArray square = recordOf(*squareClass());
-        QDataStream stream(square);
-        stream.setVersion(QDataStream::Qt_2_1);
-        qint32 id = 0;
-        qint32 number = 0;
-        QString name;
-        QString above;
-        stream >> id >> name >> number >> number >> above >> number;
-        QCOMPARE(id, squareClass()->id());
-        QCOMPARE(name, QStringLiteral("Square"));
-        QCOMPARE(above, QStringLiteral("Shape"));
-        QList<qint32> counts;
-        for (int i = 0; i < 5; ++i) {
-            stream >> number;
-            counts.append(number);
-        }
-        QCOMPARE(counts, (QList<qint32> { 0, 1, 0, 0, 0 }));
-    }
-
     void readersMirrorWriters()
     {
         Method method(nullptr, Argument(), QString(), Signature(), false, -1);

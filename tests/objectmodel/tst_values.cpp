@@ -58,15 +58,6 @@ private slots:
         }
     }
 
-    void numbersBecomeTexts()
-    {
-        QCOMPARE(Inspector::self()->createPrimitive(true)->toDebugString(), QStringLiteral("true : bool"));
-        const SharedPtr<Object> truth = Inspector::self()->createPrimitive(true);
-        const Class *string = Inspector::self()->type(StringClassId);
-        QCOMPARE(truth->objectClass()->convertTo(truth, string, true)->toString(), QStringLiteral("true"));
-        QVERIFY(!string->canConvertTo(Inspector::self()->type(IntClassId), true, false, nullptr));
-    }
-
     void recastingChangesOnlyTheClass()
     {
         const int primitives[] = { ShortClassId,  IntClassId,    LongClassId, BoolClassId,
@@ -85,16 +76,6 @@ private slots:
                 (void)object->objectClass()->compare(object, wrap(1));
             }
         }
-    }
-
-    void referencesAndDereferences()
-    {
-        const SharedPtr<Object> value = wrap(7);
-        const SharedPtr<Object> pointer = value->reference();
-        QVERIFY(pointer->isPointer() && !value->isPointer());
-        QCOMPARE(pointer->reference().get(), pointer.get());
-        QCOMPARE(pointer->dereference()->toInteger(), 7);
-        QVERIFY(!Inspector::self()->createNull(Inspector::self()->type(IntClassId))->dereference());
     }
 
     void stringsAreEqualByText()

@@ -36,7 +36,6 @@ private slots:
     void typing();
     void allRunAndTheFirstErrorIsKept();
     void theCurrentPlatformIsUsed();
-    void modifiers();
 };
 
 void TestCommands::compositions_data()
@@ -147,14 +146,6 @@ void TestCommands::theCurrentPlatformIsUsed()
     const QStringList expected { u"sendKeys a down"_s, u"supressFlush on"_s, u"sendKeys a up"_s,
                                  u"supressFlush off"_s };
     QCOMPARE(native.heard, expected);
-}
-
-void TestCommands::modifiers()
-{
-    QCOMPARE(vorkelModifiersToNative(0).value(), 0);
-    QCOMPARE(vorkelModifiersToNative(128 | 512).value(), 6);
-    QCOMPARE(vorkelModifiersToNative(256 | 2048).value(), 17);
-    QCOMPARE(vorkelModifiersToNative(128 | 1024 | 1).error(), u"Invalid keyboard modifier(s) 1025"_s);
 }
 
 QTEST_GUILESS_MAIN(TestCommands)

@@ -117,7 +117,6 @@ private slots:
     void loading_data();
     void loading();
     void x11();
-    void nullRefuses();
     void operationsArePassedOn();
     void failedCallsFail();
     void recordingAnswersOnTheCallersThread();
@@ -188,18 +187,6 @@ void TestPlatformPlugin::x11()
     const std::unique_ptr<PlatformPlugin> missing(createX11PlatformPlugin(":7"));
     QCOMPARE(missing->name(), u"null"_s);
     QVERIFY(reason(*missing).startsWith(u"Loading of the '%1' library failed: /"_s.arg(broken)));
-}
-
-void TestPlatformPlugin::nullRefuses()
-{
-    NullPlatformPlugin plugin(u"gone"_s);
-    const std::unique_ptr<NativeInterface> native(plugin.nativeInterface()->threadSafeCopy());
-    QCOMPARE(native->doubleClick(MouseButton::LeftButton, {}, 0).error(), u"gone"_s);
-    QCOMPARE(native->pointerDrag(There, 1, 1, 1).error(), u"gone"_s);
-    QCOMPARE(native->desktopScreenshot({}, 0).error, u"gone"_s);
-    QVERIFY(!native->pointerPosition().value().defined);
-    QVERIFY(native->pressReleaseModifiers(1, false).isOk());
-    QCOMPARE(native->pressReleaseModifiers(1, true).error(), u"gone"_s);
 }
 
 void TestPlatformPlugin::operationsArePassedOn()
