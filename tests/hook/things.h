@@ -110,10 +110,16 @@ public:
     {
         return !entry.contains(u"never"_s);
     }
+    void parseDescriptorData(const QByteArray &data) override
+    {
+        if (onDescriptor)
+            onDescriptor(data);
+    }
 
     QString reason;
     QVariant desktop;
     QImage picture;
+    std::function<void(const QByteArray &)> onDescriptor;
 
 private:
     bool isReady() const

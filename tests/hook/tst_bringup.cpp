@@ -1,33 +1,17 @@
-#include "hook/autprocess.h"
-#include "hook/hook.h"
-#include "hook/wrapper.h"
+#include "things.h"
+
 #include "support/fakerunner.h"
-#include "support/recorders.h"
 
 #include <QAbstractEventDispatcher>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
-using namespace Qt::StringLiterals;
-using Vorkel::Hook;
+using namespace Things;
 
 namespace {
 
-class TinyWrapper : public Vorkel::Wrapper
-{
-public:
-    std::function<void(const QByteArray &)> onDescriptor;
-
-    QString name() const override { return u"tiny"_s; }
-    bool ownsObject(const Vorkel::SharedPtr<Vorkel::Object> &) const override { return false; }
-    bool isObjectReady(const Vorkel::SharedPtr<Vorkel::Object> &) const override { return true; }
-    void setSpying(bool) override {}
-    void recordingStopped() override {}
-    void parseDescriptorData(const QByteArray &data) override { onDescriptor(data); }
-};
-
-QByteArray sent(const QString &name, const Vorkel::ArgumentList &arguments = {})
+QByteArray sent(const QString &name, const ArgumentList &arguments = {})
 {
     return Bytes::message({ 9, Bytes::Send, 1 }, Bytes::invocation(name, arguments));
 }
@@ -36,7 +20,7 @@ QByteArray sent(const QString &name, const Vorkel::ArgumentList &arguments = {})
 struct Script
 {
     FakeRunner runner;
-    TinyWrapper wrapper;
+    ThingWrapper wrapper;
     LogCapture log;
 
     Script()
@@ -48,7 +32,7 @@ struct Script
     {
         FSocket *socket = runner.connectedSocket();
         runner.write(Bytes::handshake({ 9, 7, 4, u"app"_s }) + messages);
-        return Hook::createHookForConnection(socket, &wrapper, new Vorkel::AUTProcess, nullptr, 3);
+        return Hook::createHookForConnection(socket, &wrapper, new AUTProcess, nullptr, 3);
     }
 };
 
@@ -77,7 +61,7 @@ void tst_bringup::takesConnection()
     QCOMPARE(descriptor, bytes + '\0');
     hook->addWrapper(&script.wrapper);
     hook->addWrapper(nullptr);
-    QCOMPARE(hook->wrappers(), QList<Vorkel::Wrapper *> { &script.wrapper });
+    QCOMPARE(hook->wrappers(), QList<Wrapper *> { &script.wrapper });
     for (int i = 0; i < 2; ++i)
         hook->notifyApplicationExit();
     hook->send(u"end"_s, {});
