@@ -225,12 +225,10 @@ void TestObjectMap::makesSymbols_data()
     QTest::newRow("all parts")             << u"{type='T' text='OK' window=':W' container=':C'}"_s << u"Main.Page.OK_T"_s;
     QTest::newRow("nested reference")      << u"{type='T' window={caption='Main'}}"_s << u"Main_T"_s;
     QTest::newRow("reference to nowhere")  << u"{type='T' text='OK' window=':none'}"_s << u"OK_T"_s;
-    QTest::newRow("form")                  << u"{type='T' form='F'}"_s           << u"F_T"_s;
     QTest::newRow("container before form") << u"{form='F' container='x'}"_s      << u"_"_s;
     QTest::newRow("text before name")      << u"{name='n' text='t' innerText=''}"_s << u"t_"_s;
     QTest::newRow("unnamed")               << u"{name='unnamed' type='A' row='1' column='2'}"_s << u"1_2_A"_s;
     QTest::newRow("row alone")             << u"{name='qt_viewport' type='A' row='1'}"_s << u"_A"_s;
-    QTest::newRow("inner name elsewhere")  << u"{objectName='unnamed'}"_s        << u"unnamed_"_s;
     QTest::newRow("through the buddy")     << u"{buddy=':B' stringValue='x'}"_s  << u"Label_"_s;
     QTest::newRow("namespace")             << u"{type='Foo.Bar' tagName='x'}"_s  << u"_Bar"_s;
     QTest::newRow("bad name")              << u"{text='a'}}"_s                   << u"_"_s;

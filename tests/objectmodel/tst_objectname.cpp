@@ -72,7 +72,6 @@ void TestObjectName::parses_data()
     const auto row = [](const char *name, const QString &text, const QString &properties,
                         const QString &canonical) { QTest::newRow(name) << text << properties << canonical; };
     // clang-format off
-    row("nothing",              u"{}"_s,                         u""_s,                           u"{}"_s);
     row("sorts keys",           u"{b='2' a='1' B='3'}"_s,        u"B=text 3|a=text 1|b=text 2"_s, u"{B='3' a='1' b='2'}"_s);
     row("last of a key",        u"{a={} a='1' a~='2'}"_s,        u"a~=text 2"_s,                  u"{a~='2'}"_s);
     row("operators",            u"{a='1' b~='2' c?='3'}"_s,      u"a=text 1|b~=text 2|c?=text 3"_s, u"{a='1' b~='2' c?='3'}"_s);
@@ -80,7 +79,6 @@ void TestObjectName::parses_data()
     row("any first character",  u"{=='1' ~='2' '='3' {='4'}"_s,  u"'=text 3|==text 1|{=text 4|~=text 2"_s, u"{'='3' =='1' {='4' ~='2'}"_s);
     row("odd keys",             u"{a>b}c'='1' d\n='2'}"_s,       u"a>b}c'=text 1|d\n=text 2"_s,   u"{a>b}c'='1' d\n='2'}"_s);
     row("escapes",              u"{a='it\\'s \\\\ \\n }'}"_s,    u"a=text it's \\ n }"_s,         u"{a='it\\'s \\\\ n }'}"_s);
-    row("beyond 16 bits",       u"{\U0001F600='\U0001F601'}"_s,  u"\U0001F600=text \U0001F601"_s, u"{\U0001F600='\U0001F601'}"_s);
     row("nested as it stands",  u"{b~={ y='\\'}' x={}} a='1'}"_s, u"a=text 1|b~=name { y='\\'}' x={}}"_s, u"{a='1' b~={ y='\\'}' x={}}}"_s);
     // clang-format on
 }
@@ -128,8 +126,6 @@ void TestObjectName::reportsBadNames_data()
     ended("open quote in a nested",  u"{a={b={c='}}}"_s);
     row("more behind",               u" {a='x'}} "_s,
         u"Error parsing object name  {a='x'}}  (trimmed: {a='x'}}). Parsed 6 characters, but name still has 1 more to parse"_s);
-    row("two names",                 u"{}{a='%1'}"_s,
-        u"Error parsing object name {}{a='%1'} (trimmed: {}{a='%1'}). Parsed 1 characters, but name still has 8 more to parse"_s);
     // clang-format on
 }
 
@@ -230,7 +226,6 @@ void TestObjectName::comparesNames_data()
     QTest::newRow("order and blanks")  << u"{a='1' b='2'}"_s     << u"{b='2'   a='1'}"_s << true;
     QTest::newRow("text and name")     << u"{a={}}"_s            << u"{a='{}'}"_s        << true;
     QTest::newRow("operator")          << u"{a~='1'}"_s          << u"{a='1'}"_s         << false;
-    QTest::newRow("value")             << u"{a='1'}"_s           << u"{a='2'}"_s         << false;
     QTest::newRow("order in a nested") << u"{a={b='1' c='2'}}"_s << u"{a={c='2' b='1'}}"_s << false;
     QTest::newRow("hierarchical")      << u"a.b"_s               << u"a.b"_s             << true;
     QTest::newRow("blanks around")     << u" {a='1'}"_s          << u"{a='1'}"_s         << false;
@@ -304,12 +299,10 @@ void TestObjectName::matches_data()
     using enum PropertyValue::Modifiers;
     // clang-format off
     row("same text",                Exact,             u"a\0b"_s,       u"a\0b"_s,       true);
-    row("other case",               Exact,             u"a"_s,          u"A"_s,          false);
     row("text like a name",         Exact,             u"{a='1' b='2'}"_s, u"{b='2' a='1'}"_s, false);
     row("wildcard inside",          Wildcard,          u"a*b"_s,        u"xxaYbzz"_s,    true);
     row("literal star",             Wildcard,          u"a\\*b"_s,      u"aYb"_s,        false);
     row("open set",                 Wildcard,          u"[a"_s,         u"a"_s,          false);
-    row("expression inside",        RegularExpression, u"b+"_s,         u"abbc"_s,       true);
     row("expression across 16 bits", RegularExpression, u"^.$"_s,       u"\U0001F600"_s, true);
     row("bad expression",           RegularExpression, u"("_s,          u"("_s,          false);
     row("expression with settings", RegularExpression, u"(*UCP)^\\w$"_s, u"\u00e9"_s,    true);

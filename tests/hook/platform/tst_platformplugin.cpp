@@ -148,7 +148,6 @@ void TestPlatformPlugin::loading_data()
     QTest::addColumn<QString>("expected"); // %1 is the folder
 
     // clang-format off
-    QTest::newRow("plain name")       << u"vorkelgood.so=good"_s                          << u"loaded: parameter"_s;
     QTest::newRow("library name")     << u"libvorkelgood.so=good"_s                       << u"loaded: parameter"_s;
     QTest::newRow("plain name first") << u"vorkelgood.so=good libvorkelgood.so=noentry"_s << u"loaded: parameter"_s;
     QTest::newRow("no file")          << u"vorkelother.so=good"_s                         << u"Platform plugin 'good' library not found"_s;
