@@ -5,7 +5,6 @@
 #include "hook/platform/screen.h"
 #include "objectmodel/globalobject.h"
 
-#include <QBuffer>
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
