@@ -71,9 +71,10 @@ private slots:
         }
     }
 
-    void wrongTypesAreRefused()
+    void wrongCountsAndTypesAreRefused()
     {
         const SharedPtr<Object> shape = newShape(1);
+        QVERIFY(!shapeClass()->method(1)->invoke(shape, {}));
         QVERIFY(!shapeClass()->property(0)->set(shape, newShape(2)));
         QVERIFY(shapeClass()->property(0)->set(shape, Inspector::self()->createPrimitive(5.5)));
         QCOMPARE(shapeClass()->property(0)->get(shape)->toInteger(), 5);

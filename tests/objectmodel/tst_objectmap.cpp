@@ -177,6 +177,7 @@ void TestObjectMap::matchesByTheMap_data()
     QTest::newRow("two of one name")        << u":a"_s             << u":b"_s            << true;
     QTest::newRow("hierarchical candidate") << u":c"_s             << u"p.q"_s           << false;
     QTest::newRow("hierarchical symbol")    << u":c"_s             << u":p.q"_s          << true;
+    QTest::newRow("unknown symbol")         << u":p.q"_s           << u":c"_s            << false;
     QTest::newRow("nested and a symbol")    << u"{x='1'  y='2'}"_s << u":b"_s            << true;
     QTest::newRow("nested and unknown")     << u"{x='1'  y='2'}"_s << u":d"_s            << false;
     // clang-format on

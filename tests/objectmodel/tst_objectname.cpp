@@ -300,6 +300,7 @@ void TestObjectName::matches_data()
     // clang-format off
     row("same text",                Exact,             u"a\0b"_s,       u"a\0b"_s,       true);
     row("text like a name",         Exact,             u"{a='1' b='2'}"_s, u"{b='2' a='1'}"_s, false);
+    row("symbol without a map",     Exact,             u":a"_s,         u"a"_s,          false);
     row("wildcard inside",          Wildcard,          u"a*b"_s,        u"xxaYbzz"_s,    true);
     row("literal star",             Wildcard,          u"a\\*b"_s,      u"aYb"_s,        false);
     row("open set",                 Wildcard,          u"[a"_s,         u"a"_s,          false);

@@ -187,6 +187,7 @@ void tst_vorkel::says_data()
     // clang-format off
     explain("help",            u"--help"_s,                   u"'vorkel COMMAND --help' tells more"_s);
     explain("help on command", u"help info"_s,                u"Usage: vorkel info [options] -- COMMAND"_s);
+    explain("no options",      u"inject --help"_s,            u"VORKEL_SERVERADDRESS"_s);
     explain("version",         u"--version"_s,                u"vorkel 0."_s);
     call("one after the other", { u"setError(\"a\\nü\")"_s, u"getLastError"_s, u"getLastError()"_s, u"autInfo(\"arguments\")"_s }, 0,
          u"setError(\"a\\nü\") = null\ngetLastError = \"a\\nü\"\ngetLastError() = \"\"\nautInfo(\"arguments\") = [\"%1\",\"run\"]\n"_s.arg(m_program));

@@ -57,13 +57,16 @@ private slots:
         row(u".edit"_s,     u"echoMode"_s,     u"QLineEdit::NoEcho"_s,            u"NoEcho"_s);
         row(u".edit"_s,     u"echoMode"_s,     3,                                 u"PasswordEchoOnEdit"_s);
         row(u".edit"_s,     u"text"_s,         u"\u00fc\u4e2d\U0001f600"_s,       u"\u00fc\u4e2d\U0001f600"_s);
+        row(u".edit"_s,     u"readOnly"_s,     u"true"_s,                         u"true"_s);
         row(u".edit"_s,     u"readOnly"_s,     u"maybe"_s,                        no.arg(u"readOnly"_s, u"QLineEdit"_s, u"bool"_s, u"maybe"_s));
         row(u".label"_s,    u"alignment"_s,    u"AlignTop|AlignRight"_s,          u"AlignRight|AlignTop"_s);
         row(u".label"_s,    u"alignment"_s,    u"AlignUp"_s,                      no.arg(u"alignment"_s, u"QLabel"_s, u"QFlags<Qt::AlignmentFlag>"_s, u"AlignUp"_s));
         row(u".label"_s,    u"font"_s,         u"Courier,12"_s,                   u"Courier,12,-1,5,400,0,0,0,0,0,0,0,0,0,0,1"_s);
         row(u".label"_s,    u"geometry"_s,     u"1"_s,                            no.arg(u"geometry"_s, u"QWidget"_s, u"QRect"_s, u"1"_s));
+        row(u".spin"_s,     u"value"_s,        u"12"_s,                           u"12"_s);
         row(u".spin"_s,     u"value"_s,        7.0,                               u"7"_s);
         row(u".spin"_s,     u"value"_s,        7.5,                               no.arg(u"value"_s, u"QSpinBox"_s, u"int"_s, u"7.5"_s));
+        row(u".spin"_s,     u"value"_s,        1e300,                             no.arg(u"value"_s, u"QSpinBox"_s, u"int"_s, u"1e+300"_s));
         row(u".spin"_s,     u"value"_s,        Q_INT64_C(5000000000),             no.arg(u"value"_s, u"QSpinBox"_s, u"int"_s, u"5000000000"_s));
         row(u".spin"_s,     u"value"_s,        u"twelve"_s,                       no.arg(u"value"_s, u"QSpinBox"_s, u"int"_s, u"twelve"_s));
         row(u".calendar"_s, u"selectedDate"_s, u"2024-02-29"_s,                   u"2024/2/29 0:0:0"_s);

@@ -48,6 +48,7 @@ void TestCommands::compositions_data()
         QTest::newRow(name) << deed << QString::fromLatin1(failing) << expected;
     };
     const Deed press = [](NativeInterface &native) { return native.pointerPress(Left, true, There, 2, 1); };
+    const Deed twice = [](NativeInterface &native) { return native.doubleClick(Left, There, 0); };
     const Deed click = [](NativeInterface &native) { return native.pointerClick(Left, There); };
     const Deed drag = [](NativeInterface &native) {
         return native.pointerDragAndDrop(There, 5, -6, Left, 1);
@@ -58,6 +59,12 @@ void TestCommands::compositions_data()
     row("press, modifiers fail", "press", u"pointerMove 3,4; pressReleaseModifiers 2 down; broken"_s, press);
     row("release where it is", "", u"pressReleaseModifiers 2 down; pointerButton 1 up nowhere 1; pressReleaseModifiers 2 up"_s,
         [](NativeInterface &native) { return native.pointerPress(Left, false, {}, 2, 1); });
+    row("double click", "", u"pointerMove 3,4; pressReleaseModifiers 0 down; pointerButton 1 down 3,4 1; pressReleaseModifiers 0 down; "
+        "pointerMove 3,4; pressReleaseModifiers 0 down; pointerButton 1 up 3,4 1; pressReleaseModifiers 0 up; "
+        "pointerMove 3,4; pressReleaseModifiers 0 down; pointerButton 1 down 3,4 2; pressReleaseModifiers 0 down; "
+        "pointerMove 3,4; pressReleaseModifiers 0 down; pointerButton 1 up 3,4 2; pressReleaseModifiers 0 up"_s, twice);
+    row("double click, first release fails", "pointerButton 1 up", u"pointerMove 3,4; pressReleaseModifiers 0 down; pointerButton 1 down 3,4 1; pressReleaseModifiers 0 down; "
+        "pointerMove 3,4; pressReleaseModifiers 0 down; pointerButton 1 up 3,4 1; pressReleaseModifiers 0 up; broken"_s, twice);
     row("click, move fails", "pointerMove", u"pointerMove 3,4; pointerButton 1 down 3,4 1; pointerButton 1 up 3,4 1; broken"_s, click);
     row("wheel, fails", "wheelRoll", u"pressReleaseModifiers 2 down; wheelRoll -120; pressReleaseModifiers 2 up; broken"_s, roll);
     row("drag", "", u"pointerDragAndDropBegin 3,4 1 9; pointerDragAndDropEnd 8,-2 1 1 drop"_s, drag);
