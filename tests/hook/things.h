@@ -2,7 +2,6 @@
 
 #include "hook/autprocess.h"
 #include "hook/hook.h"
-#include "hook/platform/platformplugin.h"
 #include "hook/wrapper.h"
 #include "objectmodel/class.h"
 #include "objectmodel/delegates.h"
@@ -21,6 +20,7 @@ namespace Things {
 
 using namespace Qt::StringLiterals;
 using namespace Vorkel;
+using Plugin = RecordingPlugin;
 
 inline const Class *thingClass()
 {
@@ -128,19 +128,6 @@ private:
             Inspector::self()->setError(reason);
         return reason.isEmpty();
     }
-};
-
-class Plugin : public PlatformPlugin
-{
-public:
-    QString name() override { return u"recording"_s; }
-    NativeInterface *nativeInterface() override { return &native; }
-    WidgetHighlighter *widgetHighlighter() override { return &m_highlighter; }
-
-    RecordingNativeInterface native;
-
-private:
-    NullWidgetHighlighter m_highlighter;
 };
 
 /// All of it, for one test.

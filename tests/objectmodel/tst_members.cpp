@@ -130,18 +130,15 @@ private slots:
     void globalFunctionsCanBeReplaced()
     {
         GlobalClass *global = Inspector::self()->globalClass();
-        const auto method = [](int gives, const char *argument) {
-            static int value;
-            value = gives;
-            return std::make_unique<GlobalMethod>(
-                    +[](const ObjectList &, const Class *) { return wrap(value); },
-                    Argument(Inspector::self()->type(IntClassId)), QStringLiteral("answer"),
-                    Signature {
-                            Argument(QString::fromLatin1(argument), Inspector::self()->type(IntClassId)) });
+        const Argument number(Inspector::self()->type(IntClassId));
+        const auto method = [&](GlobalMethod::ListCaller caller) {
+            return std::make_unique<GlobalMethod>(caller, number, QStringLiteral("answer"),
+                                                  Signature { number });
         };
         const int before = global->numMethods();
-        global->addMethod(method(1, "a"));
-        const auto replaced = global->injectMethod(method(2, "b"));
+        global->addMethod(method(+[](const ObjectList &, const Class *) { return wrap(1); }));
+        const auto replaced =
+                global->injectMethod(method(+[](const ObjectList &, const Class *) { return wrap(2); }));
         QVERIFY(replaced);
         QCOMPARE(global->numMethods(), before + 1);
         bool ok = false;

@@ -1,4 +1,3 @@
-#include "hook/platform/nullplatformplugin.h"
 #include "hook/platform/platformpluginsynchronizer.h"
 #include "support/recordingnativeinterface.h"
 
@@ -14,16 +13,6 @@ using namespace Vorkel;
 namespace {
 
 constexpr NativePoint There = NativePoint::at(3, 4);
-
-class RecordingPlugin : public PlatformPlugin
-{
-public:
-    [[nodiscard]] QString name() override { return u"recording"_s; }
-    [[nodiscard]] NativeInterface *nativeInterface() override { return &native; }
-    [[nodiscard]] WidgetHighlighter *widgetHighlighter() override { return nullptr; }
-
-    RecordingNativeInterface native;
-};
 
 /// Uses the plug-in on threads of its own.
 class ThreadSynchronizer : public PlatformPluginSynchronizer
