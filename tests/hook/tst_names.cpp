@@ -72,6 +72,7 @@ void tst_names::searchesOnce()
     const int lookups = session.hierarchy->lookups;
     QCOMPARE(session.wrapper->getExistingRealName(session.thing, computed), QString());
     QCOMPARE(session.hierarchy->lookups, lookups);
+    QCOMPARE(session.error(), QString());
     // Until there is another map.
     session.setObjectMap(u":a\t{type='Button'}\n"_s);
     QCOMPARE(session.wrapper->getExistingRealName(session.thing, computed), u"{type='Button'}"_s);
