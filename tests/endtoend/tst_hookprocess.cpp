@@ -161,6 +161,8 @@ void tst_hookprocess::outlivesRunner_data()
     QTest::newRow("refusing")                  << u"accept raw=0000001C00000000070101F0070000A0000000010000000400480069 drain"_s << QByteArrayList { "Hi", noBroadcast };
     QTest::newRow("with no message")           << u"accept raw=00000001 drain"_s                   << QByteArrayList { badPrefix, "Connection is closed during handshake", noBroadcast };
     QTest::newRow("silent for 10 s")           << u"accept drain"_s                                << QByteArrayList { "Timeout expired during handshake", noBroadcast };
+    QTest::newRow("behind the handshake")      << u"accept handshake"_s                            << any;
+    QTest::newRow("reset in the announcement") << u"accept handshake expect=log reset"_s           << any;
     QTest::newRow("in a message")              << announced + u" half=getPID"_s                    << closed;
     QTest::newRow("between chunks")            << announced + u" raw=000000180000000900000001000000010000000500000002"_s << closed;
     QTest::newRow("reset in the wait")         << announced + u" reset"_s                          << closed;

@@ -174,6 +174,7 @@ void TestObjectMap::matchesByTheMap_data()
     QTest::addColumn<bool>("doesMatch");
     // clang-format off
     QTest::newRow("symbol and its name")    << u":a"_s             << u"{y='2' x='1'}"_s << true;
+    QTest::newRow("symbol and another")     << u":a"_s             << u"{y='2'}"_s       << false;
     QTest::newRow("two of one name")        << u":a"_s             << u":b"_s            << true;
     QTest::newRow("hierarchical candidate") << u":c"_s             << u"p.q"_s           << false;
     QTest::newRow("hierarchical symbol")    << u":c"_s             << u":p.q"_s          << true;

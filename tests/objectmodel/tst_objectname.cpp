@@ -116,6 +116,7 @@ void TestObjectName::reportsBadNames_data()
     const QString start = u"either ' or { or whitespace"_s;
     // clang-format off
     row("no braces",                 u" a.b "_s, u"Not a multi-property string: a.b"_s);
+    row("half a pair",               u"{"_s,     u"Not a multi-property string: {"_s);
     wrong("double quotes",           u"{type=\"A\"}"_s,     7, start, u'"');
     wrong("no value",                u" {a=}"_s,            4, start, u'}');
     wrong("above Latin-1",           u"{a=\u20ac}"_s,       4, start, QChar::Null);

@@ -186,6 +186,7 @@ void tst_vorkel::says_data()
             u"is no dynamically linked Qt 6 program (it does not load libQt6Core.so.6), and nothing connected "_s;
     // clang-format off
     explain("help",            u"--help"_s,                   u"'vorkel COMMAND --help' tells more"_s);
+    explain("command's help",  u"call --help"_s,              u"Usage: vorkel call [options] CALL... -- COMMAND"_s);
     explain("help on command", u"help info"_s,                u"Usage: vorkel info [options] -- COMMAND"_s);
     explain("no options",      u"inject --help"_s,            u"VORKEL_SERVERADDRESS"_s);
     explain("version",         u"--version"_s,                u"vorkel 0."_s);

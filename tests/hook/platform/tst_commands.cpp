@@ -96,6 +96,7 @@ void TestCommands::typing_data()
     // clang-format off
     QTest::newRow("characters")             << u"hi"_s       << true  << u"+h -h +i -i"_s;
     QTest::newRow("beyond the basic plane") << u"\U0001F600"_s << false << u"+\U0001F600 -\U0001F600"_s;
+    QTest::newRow("bracket")                << u"<"_s        << true  << u"+< -<"_s;
     QTest::newRow("empty brackets")         << u"<>"_s       << true  << u""_s;
     QTest::newRow("combination")            << u"<Ctrl+a>"_s << true  << u"+<Ctrl> +a -a -<Ctrl>"_s;
     QTest::newRow("combination as text")    << u"<F1>"_s     << false << u"+< -< +F -F +1 -1 +> ->"_s;
