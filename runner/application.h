@@ -29,7 +29,6 @@ public:
     [[nodiscard]] const QString &name() const { return m_data.name; }
 
     int call(const QString &name, const ArgumentList &arguments, ResponseListener<ArgumentList> *listener);
-    void cancelCall(int callId) { m_ipc.cancelAsyncCall(callId); }
     bool send(const QString &name, const ArgumentList &arguments);
 
     void handleSend(FUInt32 sender, const QString &name, const ArgumentList &arguments) override;

@@ -35,6 +35,12 @@ Failure RemoteObjects::checkReady(const ObjectHandle &object)
                       QStringLiteral("the object is not ready"), &ready);
 }
 
+Failure RemoteObjects::findReady(const QString &name, ObjectHandle *found)
+{
+    return callObject(QStringLiteral("objectReady"), { name },
+                      QStringLiteral("'%1' names no object that is ready").arg(name), found);
+}
+
 Failure RemoteObjects::readyItem(const ObjectHandle &container, const QString &text, ObjectHandle *item)
 {
     return callObject(QStringLiteral("getObjectItemIfReady2"), { container.id, text },
@@ -55,6 +61,25 @@ Failure RemoteObjects::pointer(const ObjectHandle &object, const PointerAction &
     return request(QStringLiteral("mousePress"),
                    { object.id, flags, at.x(), at.y(), action.button, action.modifiers,
                      action.kind != PointerAction::Move, action.kind == PointerAction::Press });
+}
+
+Failure RemoteObjects::clickIfReady(const QVariant &target, int clicks, const ClickSettings &settings)
+{
+    const QPoint at = settings.at.value_or(QPoint());
+    return request(
+            QStringLiteral("clickIfReady"),
+            { target, clicks, settings.at.has_value(), at.x(), at.y(), settings.button, settings.modifiers });
+}
+
+Session::OpenCall RemoteObjects::beginInput(int count, int quietMs)
+{
+    return m_session->begin(QStringLiteral("awaitInput"), { count, quietMs });
+}
+
+Failure RemoteObjects::awaitInput(const Session::OpenCall &call)
+{
+    ArgumentList handled;
+    return m_session->await(call, &handled);
 }
 
 Failure RemoteObjects::bounds(const ObjectHandle &object, QRect *bounds)

@@ -85,7 +85,7 @@ Failure RemoteObjects::callObject(const QString &function, const ArgumentList &a
 /// An error that nobody fetched would pass for the reason of the next call.
 void RemoteObjects::forgetLastError()
 {
-    m_session->callAhead(QStringLiteral("getLastError"), {});
+    m_session->begin(QStringLiteral("getLastError"), {});
 }
 
 Failure RemoteObjects::lastError(const QString &otherwise)
@@ -310,25 +310,27 @@ Failure RemoteObjects::invokeOn(int target, const ClassRecord &record, const QSt
                            .arg(method, record.name, reasons.join(QLatin1String("\n  "))));
 }
 
+Failure RemoteObjects::invokeOn(const ObjectHandle &object, const QString &method,
+                                const QVariantList &arguments, ObjectHandle *result)
+{
+    const ClassRecord *record = nullptr;
+    const Failure failure = classOf(object, &record);
+    return failure.isFailure() ? failure : invokeOn(object.id, *record, method, arguments, result);
+}
+
 Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
                               const QVariantList &arguments, QString *result)
 {
-    const ClassRecord *record = nullptr;
-    if (const Failure failure = classOf(object, &record); failure.isFailure())
-        return failure;
     ObjectHandle returned;
-    const Failure failure = invokeOn(object.id, *record, method, arguments, &returned);
+    const Failure failure = invokeOn(object, method, arguments, &returned);
     return failure.isFailure() || returned.id == 0 ? failure : textOf(returned, result);
 }
 
 Failure RemoteObjects::invoke(const ObjectHandle &object, const QString &method,
                               const QVariantList &arguments, QVariant *result)
 {
-    const ClassRecord *record = nullptr;
-    if (const Failure failure = classOf(object, &record); failure.isFailure())
-        return failure;
     ObjectHandle returned;
-    const Failure failure = invokeOn(object.id, *record, method, arguments, &returned);
+    const Failure failure = invokeOn(object, method, arguments, &returned);
     return failure.isFailure() || returned.id == 0 ? failure : toValue(returned, {}, result);
 }
 

@@ -27,6 +27,14 @@ struct PointerAction
     int modifiers = 0; ///< of the system's keyboard modifiers, or'ed
 };
 
+/// Where and how a button is pressed.
+struct ClickSettings
+{
+    std::optional<QPoint> at {}; ///< from the object's top left corner; none: where a person would press
+    int button = 1; ///< of the system's mouse buttons; 1 is the left one
+    int modifiers = 0; ///< of the system's keyboard modifiers, or'ed
+};
+
 /// The objects of a running program, and what can be done with them. Every operation waits for the
 /// program's answer; what the program refuses has the code `ExitCode::CallFailed`.
 class RemoteObjects
@@ -81,10 +89,19 @@ public:
 
     /// Fails with the reason until a person could use the object.
     Failure checkReady(const ObjectHandle &object);
+    /// The object called `name`, once a person could use it.
+    Failure findReady(const QString &name, ObjectHandle *found);
     /// The item of `container` that shows `text`, once a person could use it.
     Failure readyItem(const ObjectHandle &container, const QString &text, ObjectHandle *item);
     Failure readyItem(const ObjectHandle &container, int row, int column, ObjectHandle *item);
     Failure pointer(const ObjectHandle &object, const PointerAction &action);
+    /// Clicks once or twice on an object that a person could use now, or fails with the reason why nobody
+    /// could. `target` is a name or an id.
+    Failure clickIfReady(const QVariant &target, int clicks, const ClickSettings &settings);
+    /// The program counts the input that it handles from here on.
+    Session::OpenCall beginInput(int count, int quietMs);
+    /// Waits until it has handled so much, or for so long none.
+    Failure awaitInput(const Session::OpenCall &call);
     /// Where the object is on the screen.
     Failure bounds(const ObjectHandle &object, QRect *bounds);
     /// Calls a remote function that answers true, or else has set the last error.
@@ -108,6 +125,8 @@ private:
     Failure callMethod(const ArgumentList &arguments, ObjectHandle *result);
     Failure invokeOn(int target, const ClassRecord &record, const QString &method,
                      const QVariantList &arguments, ObjectHandle *result);
+    Failure invokeOn(const ObjectHandle &object, const QString &method, const QVariantList &arguments,
+                     ObjectHandle *result);
     Failure toValue(const ObjectHandle &object, const ArgumentRecord &type, QVariant *value);
     Failure createContainer(const QVariant &value, ObjectHandle *created);
     Failure createValue(const QVariant &value, const QString &className, ObjectHandle *created);

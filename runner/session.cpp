@@ -106,72 +106,63 @@ void Session::noteStage()
 
 struct Session::Reply : ResponseListener<ArgumentList>
 {
+    explicit Reply(const QString &name)
+        : function(name)
+    {
+    }
     void response(const FunctionCallResult<ArgumentList> &outcome) override { result = outcome; }
+
+    QString function;
     std::optional<FunctionCallResult<ArgumentList>> result;
 };
 
-/// What a call came to that is over.
-Failure Session::outcome(const Reply &reply, ArgumentList *values)
+Session::OpenCall Session::begin(const QString &name, const ArgumentList &arguments)
 {
-    if (!reply.result->isOk()) {
+    const auto call = std::make_shared<Reply>(name);
+    m_openCalls.removeIf([](const OpenCall &other) { return other->result.has_value(); });
+    m_openCalls.append(call);
+    if (isConnected())
+        m_application->call(name, arguments, call.get());
+    return call;
+}
+
+Failure Session::await(const OpenCall &call, ArgumentList *reply)
+{
+    const Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(call->function),
+                                      [&] { return call->result.has_value(); });
+    return failure.isFailure() ? failure : outcome(call, reply);
+}
+
+/// What a call came to that is over.
+Failure Session::outcome(const OpenCall &call, ArgumentList *values)
+{
+    if (!call->result->isOk()) {
         const Failure lost = whyNot();
-        return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, reply.result->error() };
+        return lost.isFailure() ? lost : Failure { ExitCode::CallFailed, call->result->error() };
     }
-    *values = reply.result->value();
+    *values = call->result->value();
     return {};
 }
 
 Failure Session::call(const QString &name, const ArgumentList &arguments, ArgumentList *reply)
 {
-    if (const Failure lost = whyNot(); lost.isFailure())
-        return lost;
-    Reply listener;
-    const int callId = m_application->call(name, arguments, &listener);
-    const Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
-                                      [&] { return listener.result.has_value(); });
-    if (failure.isFailure()) {
-        m_application->cancelCall(callId);
-        return failure;
-    }
-    return outcome(listener, reply);
+    const Failure lost = whyNot();
+    return lost.isFailure() ? lost : await(begin(name, arguments), reply);
 }
 
 Failure Session::callOrLeave(const QString &name, const ArgumentList &arguments, ArgumentList *reply)
 {
     if (const Failure lost = whyNot(); lost.isFailure())
         return lost;
-    const auto listener = std::make_shared<Reply>();
-    const int callId = m_application->call(name, arguments, listener.get());
+    const OpenCall open = begin(name, arguments);
     const QDeadlineTimer moment(MomentMs);
     Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
-                                [&] { return listener->result.has_value() || moment.hasExpired(); });
+                                [&] { return open->result.has_value() || moment.hasExpired(); });
     // Asked behind the call, so the answer comes behind its reply unless that waits for something.
     ArgumentList answer;
-    if (!failure.isFailure() && !listener->result)
+    if (!failure.isFailure() && !open->result)
         failure = call(QStringLiteral("getPID"), {}, &answer);
-    if (failure.isFailure()) {
-        m_application->cancelCall(callId);
-        return failure;
-    }
-    if (listener->result)
-        return outcome(*listener, reply);
-    leaveBehind(listener);
-    return {};
-}
-
-void Session::leaveBehind(const std::shared_ptr<Reply> &listener)
-{
-    m_leftBehind.removeIf([](const auto &reply) { return reply->result.has_value(); });
-    m_leftBehind.append(listener);
-}
-
-void Session::callAhead(const QString &name, const ArgumentList &arguments)
-{
-    if (!isConnected())
-        return;
-    const auto listener = std::make_shared<Reply>();
-    leaveBehind(listener);
-    m_application->call(name, arguments, listener.get());
+    return failure.isFailure() || !open->result ? failure : outcome(open, reply);
 }
 
 Failure Session::send(const QString &name, const ArgumentList &arguments)

@@ -41,7 +41,12 @@ class Session : public QObject
 {
     Q_OBJECT
 
+    struct Reply;
+
 public:
+    /// A call that has been made and may be awaited, or be forgotten.
+    using OpenCall = std::shared_ptr<Reply>;
+
     explicit Session(const SessionSettings &settings, QObject *parent = nullptr);
     ~Session() override;
 
@@ -53,8 +58,11 @@ public:
     /// The same for a call that may open a dialog and answer only when that is closed: one that is not
     /// answered in a moment, while the program answers others, is left behind, and `*reply` is empty.
     Failure callOrLeave(const QString &name, const ArgumentList &arguments, ArgumentList *reply);
-    /// The same without waiting; the program answers before it sees anything later, and nobody hears of it.
-    void callAhead(const QString &name, const ArgumentList &arguments);
+    /// Only makes the call. The program takes calls in the order in which they were made; whoever wants the
+    /// reply awaits it, and may make others before.
+    OpenCall begin(const QString &name, const ArgumentList &arguments);
+    /// What is left of `call` behind `begin`.
+    Failure await(const OpenCall &call, ArgumentList *reply);
     /// Sends a one-way message.
     Failure send(const QString &name, const ArgumentList &arguments);
 
@@ -86,11 +94,8 @@ signals:
     void waited();
 
 private:
-    struct Reply;
-
     Failure listen();
-    Failure outcome(const Reply &reply, ArgumentList *values);
-    void leaveBehind(const std::shared_ptr<Reply> &listener);
+    Failure outcome(const OpenCall &call, ArgumentList *values);
     [[nodiscard]] QProcessEnvironment programEnvironment(const QString &preload) const;
     Failure waitUntil(const QString &what, const std::function<bool()> &happened);
     Failure endedBeforeConnecting() const;
@@ -106,7 +111,7 @@ private:
     Registrar m_registrar;
     Program m_program;
     Application *m_application = nullptr; // the first one; others are its children
-    QList<std::shared_ptr<Reply>> m_leftBehind; // of calls that may still be answered
+    QList<OpenCall> m_openCalls; // that may still be answered
     QElapsedTimer m_sinceStart;
     Milestones m_milestones;
     bool m_interrupted = false;

@@ -117,7 +117,7 @@ bool XConnection::supressFlush(bool on)
 {
     const bool before = std::exchange(m_flushSupressed, on);
     if (before && !on && !m_broken)
-        XSync(display(), X::False);
+        XFlush(display());
     return before;
 }
 

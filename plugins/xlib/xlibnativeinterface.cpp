@@ -72,7 +72,7 @@ VoidResult XlibNativeInterface::pointerButton(MouseButton::Value button, bool do
                                               int clicks)
 {
     const VoidResult moved = point.defined ? m_pointer.move(point) : VoidResult();
-    return moved.isOk() ? m_pointer.button(button, down, clicks) : moved;
+    return moved.isOk() ? m_pointer.button(button, down, clicks, point) : moved;
 }
 
 VoidResult XlibNativeInterface::pointerMove(const NativePoint &point)

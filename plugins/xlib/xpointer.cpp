@@ -1,6 +1,8 @@
 #include "xpointer.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QThread>
 
 #include <algorithm>
 
@@ -14,6 +16,7 @@ constexpr int MoveSteps = 5;
 constexpr int DoubleClickMs = 600;
 constexpr int DoubleClickPixels = 10;
 constexpr int AsidePixels = 12;
+constexpr int HeldMs = 300;
 constexpr int WheelNotch = 120;
 constexpr int MostNotches = 1000;
 constexpr unsigned WheelAway = 4;
@@ -83,6 +86,8 @@ FunctionCallResult<NativePoint> XPointerDevice::position() const
 
 VoidResult XPointerDevice::move(const NativePoint &point)
 {
+    if (m_put.defined && m_put == NativePoint::at(point.x, point.y))
+        return warp(point);
     const FunctionCallResult<NativePoint> from = position();
     if (m_connection->isBroken())
         return m_connection->lost();
@@ -91,9 +96,13 @@ VoidResult XPointerDevice::move(const NativePoint &point)
     seeEveryMove();
     const qint64 dx = qint64(point.x) - from.value().x;
     const qint64 dy = qint64(point.y) - from.value().y;
+    const bool isDragStart = std::exchange(m_isJustPressed, false);
     for (int i = from.isOk() ? 1 : MoveSteps; i < MoveSteps; ++i) {
-        step(static_cast<int>(from.value().x + dx * i / MoveSteps),
-             static_cast<int>(from.value().y + dy * i / MoveSteps));
+        const NativePoint next = NativePoint::at(static_cast<int>(from.value().x + dx * i / MoveSteps),
+                                                 static_cast<int>(from.value().y + dy * i / MoveSteps));
+        step(next.x, next.y);
+        if (i == 1 && isDragStart)
+            awaitMove(from.value(), next);
     }
     step(point.x, point.y);
     return m_connection->finish();
@@ -105,7 +114,7 @@ VoidResult XPointerDevice::warp(const NativePoint &point)
     return m_connection->finish();
 }
 
-VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clicks)
+VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clicks, const NativePoint &at)
 {
     const auto *const row = std::find_if(std::begin(Buttons), std::end(Buttons),
                                          [&](const ButtonRow &r) { return r.button == button; });
@@ -114,13 +123,14 @@ VoidResult XPointerDevice::button(MouseButton::Value button, bool down, int clic
 
     const unsigned number = row->number;
     if (down) {
-        const NativePoint point = position().value();
+        const NativePoint point = at.defined ? at : position().value();
         if (clicks == 1 && wouldDoubleClick(number, point))
             moveAside(point);
         Press &press = m_presses[number];
         press.time.start();
         press.point = point;
     }
+    m_isJustPressed = down;
     m_down = down ? m_down | (1U << number) : m_down & ~(1U << number);
     XTestFakeButtonEvent(m_connection->display(), number, down, CurrentTime);
     return m_connection->finish();
@@ -145,8 +155,22 @@ void XPointerDevice::step(int x, int y)
 {
     // The protocol has 16 bits for each; the server keeps the pointer on the screen.
     constexpr int Most = 32767;
+    m_put = NativePoint::at(x, y);
     XTestFakeMotionEvent(m_connection->display(), DefaultScreen(m_connection->display()),
                          std::clamp(x, -Most, Most), std::clamp(y, -Most, Most), CurrentTime);
+}
+
+// A window manager that is shown each press first holds the pointer until it has seen it, and of all moves
+// that wait for that the server keeps the last. A drag needs more.
+void XPointerDevice::awaitMove(const NativePoint &from, const NativePoint &to) const
+{
+    Display *const display = m_connection->display();
+    const int screen = DefaultScreen(display);
+    const NativePoint within = NativePoint::at(std::clamp(to.x, 0, DisplayWidth(display, screen) - 1),
+                                               std::clamp(to.y, 0, DisplayHeight(display, screen) - 1));
+    const QDeadlineTimer limit(HeldMs);
+    while (within != from && position().value() == from && !m_connection->isBroken() && !limit.hasExpired())
+        QThread::msleep(1);
 }
 
 bool XPointerDevice::wouldDoubleClick(unsigned button, const NativePoint &point) const

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <memory>
 #include <sys/ipc.h>
+#include <sys/mman.h>
 #include <sys/shm.h>
 
 #include "xlibheaders.h"
@@ -64,6 +65,15 @@ private:
     bool m_isAttached = false;
 };
 
+/// Maps all pages of the memory that somebody else has written to at once, which takes a third of the time
+/// that it takes one by one; what cannot be done so is left to come one by one.
+void mapAtOnce([[maybe_unused]] char *memory, [[maybe_unused]] size_t size)
+{
+#ifdef MADV_POPULATE_READ
+    (void)::madvise(memory, size, MADV_POPULATE_READ);
+#endif
+}
+
 QImage grabShared(XConnection *connection, const QRect &area)
 {
     Display *const display = connection->display();
@@ -77,8 +87,8 @@ QImage grabShared(XConnection *connection, const QRect &area)
                                              static_cast<unsigned>(area.height())));
     if (!image)
         return {};
-    SharedMemory memory(connection,
-                        static_cast<size_t>(image->bytes_per_line) * static_cast<size_t>(image->height));
+    const size_t size = static_cast<size_t>(image->bytes_per_line) * static_cast<size_t>(image->height);
+    SharedMemory memory(connection, size);
     if (!memory.isAttached())
         return {};
     image->obdata = reinterpret_cast<char *>(memory.info());
@@ -87,6 +97,7 @@ QImage grabShared(XConnection *connection, const QRect &area)
             && connection->succeeded();
     if (!isTaken)
         return {};
+    mapAtOnce(image->data, size);
     if (!isRgb32(*image))
         return toRgb32(display, *image);
     char *const pixels = memory.release();

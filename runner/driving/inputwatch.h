@@ -4,29 +4,12 @@
 
 namespace Vorkel::Runner {
 
-/// Waits for input on its way to a program: what is injected reaches it by its display server, so the next
-/// look at the program might come first.
-class InputWatch
-{
-public:
-    explicit InputWatch(DrivenProgram &program)
-        : m_program(program)
-    {
-    }
-
-    /// Before the input.
-    Failure begin();
-    /// After the input: waits until `events` more of it, which are pressed and released buttons, released
-    /// keys and turned wheels, have been handled, as long as more of them come in a moment, since another
-    /// program may have got them. A program that ended well because of the input is no failure.
-    Failure await(int events);
-
-private:
-    Failure read(int *count);
-
-    DrivenProgram &m_program;
-    int m_before = 0;
-    bool m_isKnown = true; ///< whether the program counts its input
-};
+/// Runs `inject` and waits until the program has handled `count` of its input, which are pressed and released
+/// buttons, released keys and turned wheels: what is injected reaches a program by its display server, so the
+/// next look at the program might come first. Waits no longer when for a moment none of it comes, since
+/// another program may have got it. A program that ended well because of the input is no failure.
+Failure injectAndAwait(DrivenProgram &program, int count, const std::function<Failure()> &inject);
+/// The same, and repeats `inject` until the program no longer refuses it, or the step's limit is over.
+Failure retryAndAwait(DrivenProgram &program, int count, const std::function<Failure()> &inject);
 
 } // namespace Vorkel::Runner

@@ -4,18 +4,59 @@
 #include "pointer.h"
 #include "shownvalues.h"
 
+#include <QSet>
+
 namespace Vorkel::Runner {
 
 namespace {
 
+/// A request is answered when all of it is typed, so a long text goes in several; and a request can only have
+/// as many characters that are not on the keyboard as this has spare keys.
+constexpr qsizetype MostKeys = 500;
+constexpr qsizetype MostRareKeys = 8;
+
+/// The characters and named keys that `keys` stands for, in their own spelling.
+QStringList eachKey(const QString &keys)
+{
+    QStringList list;
+    for (qsizetype i = 0; i < keys.size();) {
+        qsizetype length = keys.at(i).isHighSurrogate() ? 2 : 1;
+        if (keys.at(i) == u'<') {
+            // The key may be ">" or "<" itself.
+            const qsizetype end = keys.indexOf(u'>', i + 2);
+            length = (end < 0 ? keys.size() : end + 1) - i;
+        }
+        list.append(keys.mid(i, length));
+        i += length;
+    }
+    return list;
+}
+
+Failure injectAtOnce(DrivenProgram &program, const QStringList &keys)
+{
+    return injectAndAwait(program, static_cast<int>(keys.size()), [&] {
+        QVariant nothing;
+        return program.objects().invokeGlobal(QStringLiteral("nativeType"), { keys.join(QString()) },
+                                              &nothing);
+    });
+}
+
 Failure inject(DrivenProgram &program, const QString &keys)
 {
-    InputWatch watch(program);
-    QVariant nothing;
-    Failure failure = watch.begin();
-    if (!failure.isFailure())
-        failure = program.objects().invokeGlobal(QStringLiteral("nativeType"), { keys }, &nothing);
-    return failure.isFailure() ? failure : watch.await(keyCount(keys));
+    QStringList next;
+    QSet<QString> rare;
+    for (const QString &key : eachKey(keys)) {
+        if (next.size() == MostKeys || rare.size() == MostRareKeys) {
+            if (const Failure failure = injectAtOnce(program, next); failure.isFailure())
+                return failure;
+            next.clear();
+            rare.clear();
+        }
+        next.append(key);
+        if (key.front().unicode() >= 128)
+            rare.insert(key);
+    }
+    return next.isEmpty() ? Failure() : injectAtOnce(program, next);
 }
 
 Failure giveFocus(DrivenProgram &program, const ObjectHandle &object)
@@ -59,22 +100,6 @@ QString keysForText(const QString &text)
             keys += letter;
     }
     return keys;
-}
-
-int keyCount(const QString &keys)
-{
-    int count = 0;
-    for (qsizetype i = 0; i < keys.size(); ++i) {
-        if (keys.at(i).isLowSurrogate())
-            continue;
-        ++count;
-        if (keys.at(i) == u'<') {
-            // The key may be ">" or "<" itself.
-            const qsizetype end = keys.indexOf(u'>', i + 2);
-            i = end < 0 ? keys.size() : end;
-        }
-    }
-    return count;
 }
 
 Failure typeText(const Locator &target, const QString &text)

@@ -18,7 +18,5 @@ Failure pressKeys(DrivenProgram &program, const QString &keys);
 
 /// `text` in the notation of native input.
 [[nodiscard]] QString keysForText(const QString &text);
-/// How many keys a text in that notation has.
-[[nodiscard]] int keyCount(const QString &keys);
 
 } // namespace Vorkel::Runner

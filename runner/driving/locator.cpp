@@ -47,6 +47,11 @@ Locator::Locator(std::shared_ptr<DrivenProgram> program, const ObjectHandle &obj
 {
 }
 
+const Locator::Name *Locator::onlyName() const
+{
+    return m_parts.size() == 1 ? std::get_if<Name>(&m_parts.first()) : nullptr;
+}
+
 Locator Locator::with(const Part &part) const
 {
     Locator longer = *this;
@@ -121,6 +126,18 @@ Failure Locator::look(ObjectHandle *found) const
     return {};
 }
 
+Failure Locator::look(QVariant *nameOrId) const
+{
+    if (const Name *const name = onlyName()) {
+        *nameOrId = name->text;
+        return {};
+    }
+    ObjectHandle found;
+    const Failure failure = look(&found);
+    *nameOrId = found.id;
+    return failure;
+}
+
 Failure Locator::findName(QString *name) const
 {
     ObjectHandle object;
@@ -135,7 +152,10 @@ Failure Locator::await(ObjectHandle *found) const
 
 Failure Locator::awaitReady(ObjectHandle *found) const
 {
+    const Name *const name = onlyName();
     return m_program->retry([&] {
+        if (name)
+            return m_program->objects().findReady(name->text, found);
         const Failure failure = look(found);
         return failure.isFailure() ? failure : m_program->objects().checkReady(*found);
     });

@@ -28,6 +28,9 @@ public:
 
     /// Looks once; the failure is the program's whole reason.
     Failure look(ObjectHandle *found) const;
+    /// The same for whoever does not need the object itself: a name is given as it is, to be looked up by
+    /// the program, else the object's id.
+    Failure look(QVariant *nameOrId) const;
     /// A name that finds this object; fails as `look` does.
     Failure findName(QString *name) const;
     /// Within a step: waits until the object is there, or until a person could use it, too.
@@ -53,6 +56,8 @@ private:
     using Part = std::variant<Name, ItemText, Cell, ObjectHandle>;
 
     [[nodiscard]] Locator with(const Part &part) const;
+    /// The name that says it all; null when there is more to it.
+    [[nodiscard]] const Name *onlyName() const;
     Failure follow(const Part &part, ObjectHandle *at) const;
 
     std::shared_ptr<DrivenProgram> m_program;

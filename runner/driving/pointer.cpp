@@ -20,17 +20,6 @@ QString stepText(const char *action, const Locator &target)
     return QStringLiteral("%1 %2").arg(QLatin1String(action), target.text());
 }
 
-/// Runs `inject` and waits until the program has handled `events` of its input.
-template <typename Inject>
-Failure injectAndAwait(DrivenProgram &program, int events, Inject inject)
-{
-    InputWatch watch(program);
-    Failure failure = watch.begin();
-    if (!failure.isFailure())
-        failure = inject();
-    return failure.isFailure() ? failure : watch.await(events);
-}
-
 template <typename Work>
 Failure whenReady(const char *action, const Locator &target, Work work)
 {
@@ -41,38 +30,34 @@ Failure whenReady(const char *action, const Locator &target, Work work)
     });
 }
 
+Failure clickTimes(const char *action, const Locator &target, int clicks, const ClickSettings &settings)
+{
+    DrivenProgram &program = target.program();
+    return program.step(stepText(action, target), [&] {
+        return retryAndAwait(program, clicks * PressAndRelease, [&] {
+            QVariant nameOrId;
+            const Failure failure = target.look(&nameOrId);
+            return failure.isFailure() ? failure : program.objects().clickIfReady(nameOrId, clicks, settings);
+        });
+    });
+}
+
 } // namespace
 
 Failure clickOn(DrivenProgram &program, const ObjectHandle &object, const ClickSettings &settings)
 {
-    RemoteObjects &objects = program.objects();
-    PointerAction action { PointerAction::Press, settings.at, settings.button, settings.modifiers };
-    return injectAndAwait(program, PressAndRelease, [&] {
-        const Failure pressed = objects.pointer(object, action);
-        action.kind = PointerAction::Release;
-        // A button that was pressed must not stay so.
-        const Failure released = objects.pointer(object, action);
-        return pressed.isFailure() ? pressed : released;
-    });
+    return retryAndAwait(program, PressAndRelease,
+                         [&] { return program.objects().clickIfReady(object.id, 1, settings); });
 }
 
 Failure click(const Locator &target, const ClickSettings &settings)
 {
-    const char *action = settings.button == 4 ? "right-click" : "click";
-    return whenReady(action, target,
-                     [&](const ObjectHandle &object) { return clickOn(target.program(), object, settings); });
+    return clickTimes(settings.button == 4 ? "right-click" : "click", target, 1, settings);
 }
 
 Failure doubleClick(const Locator &target, const ClickSettings &settings)
 {
-    return whenReady("double-click", target, [&](const ObjectHandle &object) {
-        return injectAndAwait(target.program(), 2 * PressAndRelease, [&] {
-            QVariant nothing;
-            return target.program().objects().invokeGlobal(
-                    QStringLiteral("doubleClick"),
-                    { QVariant::fromValue(object), settings.modifiers, settings.button }, &nothing);
-        });
-    });
+    return clickTimes("double-click", target, 2, settings);
 }
 
 Failure tap(const Locator &target, const ClickSettings &settings)

@@ -4,14 +4,6 @@
 
 namespace Vorkel::Runner {
 
-/// Where and how a button is pressed.
-struct ClickSettings
-{
-    std::optional<QPoint> at {}; ///< from the object's top left corner; none: where a person would press
-    int button = 1; ///< of the system's mouse buttons; 1 is the left one
-    int modifiers = 0; ///< of the system's keyboard modifiers, or'ed
-};
-
 // Each waits until the object is ready, is one step, and returns when the program has handled the input.
 
 Failure click(const Locator &target, const ClickSettings &settings = {});
@@ -24,7 +16,7 @@ Failure turnWheel(const Locator &target, int notches);
 /// Presses on one object, moves to the other, which only has to be there, and releases.
 Failure drag(const Locator &from, const Locator &to, const ClickSettings &settings = {});
 
-/// Within a step: clicks on an object that is ready.
+/// Within a step: clicks on an object as soon as it is ready.
 Failure clickOn(DrivenProgram &program, const ObjectHandle &object, const ClickSettings &settings = {});
 
 } // namespace Vorkel::Runner

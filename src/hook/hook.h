@@ -201,6 +201,15 @@ public:
     [[nodiscard]] QStringList nativeCapabilities() const;
     /// Answers with a list of pairs, name and number.
     void getExtraKeys(ResponseListener<ArgumentList> *listener, const ArgumentList &arguments);
+    /// Clicks on an object, which is a name or an id, in the same moment in which it is ready: presses and
+    /// releases once, or twice for a double click. `isPointGiven` says whether x and y count, which are from
+    /// the object's top left corner.
+    bool clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x, int y, int button,
+                      int modifiers);
+    /// Answers with how much input the application has handled from here on: once that is `count`, or none
+    /// more has come for `quietMs` milliseconds, or somebody else waits. At once, with nothing, where no
+    /// wrapper tells of input.
+    void awaitInput(ResponseListener<ArgumentList> *listener, int count, int quietMs);
     /// The plug-in's; null without one.
     [[nodiscard]] NativeInterface *nativeInterface() const;
 
@@ -272,6 +281,11 @@ signals:
     void namingSchemeChanged(int scheme);
     void objectDescriptorDataReceived(const QByteArray &data);
     void eventHandlerRegistered(const QString &name);
+    /// Somebody waits for input. A wrapper that connects to this emits `inputHandled` from here on.
+    void inputAwaited();
+    /// From a wrapper: a pressed or released button, a released key other than a modifier, a turned wheel, a
+    /// touch that began or ended is about to be handled.
+    void inputHandled();
 
 public slots:
     void notifyApplicationExit();

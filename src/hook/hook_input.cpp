@@ -1,6 +1,7 @@
 #include "hook/hook.h"
 
 #include "hook/hook_p.h"
+#include "hook/inputwait.h"
 #include "hook/opencall.h"
 #include "hook/platform/currentplatform.h"
 #include "hook/platform/platformplugin.h"
@@ -8,6 +9,8 @@
 #include "hook/wrapper.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/screenvalues.h"
+
+#include <QMetaMethod>
 
 namespace Vorkel {
 
@@ -128,6 +131,22 @@ bool Hook::pressOnScreen(const NativePoint &point, MouseButton::Value button, in
                                     : native.pointerMove(point).error());
 }
 
+bool Hook::clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x, int y, int button,
+                        int modifiers)
+{
+    const bool isName = target.typeId() == QMetaType::QString;
+    const SharedPtr<Object> object =
+            isName ? getObjectIfReady(target.toString()) : getObjectIfReady(objectById(target.toInt()));
+    Wrapper *const wrapper = object ? wrapperForObject(object) : nullptr;
+    if (!wrapper)
+        return false;
+    const Wrapper::ObjectPoint point { isPointGiven, x, y, Wrapper::ObjectPoint::NoScreen };
+    const auto pressed = static_cast<MouseButton::Value>(button);
+    const VoidResult clicked = clicks == 2 ? wrapper->doubleClick(object, point, pressed, modifiers)
+                                           : wrapper->pointerClick(object, point, pressed, modifiers, 1);
+    return succeeded(clicked.error());
+}
+
 VoidResult Hook::rawMouseEvent(int type, int x, int y, int button) const
 {
     const MouseButton::Value pressed = mouseButtonByIndex(button);
@@ -181,6 +200,16 @@ void Hook::getExtraKeys(ResponseListener<ArgumentList> *listener, const Argument
     if (arguments.isEmpty())
         return listener->response(Result::failure(wrongCountText(F_GetExtraKeys)));
     native->extraKeys(new ExtraKeysListener(listener));
+}
+
+void Hook::awaitInput(ResponseListener<ArgumentList> *listener, int count, int quietMs)
+{
+    if (!isSignalConnected(QMetaMethod::fromSignal(&Hook::inputAwaited)))
+        return listener->response(ArgumentList());
+    emit inputAwaited();
+    delete d->inputWait;
+    d->inputWait = new InputWait(listener, count, quietMs, this);
+    connect(this, &Hook::inputHandled, d->inputWait, &InputWait::note);
 }
 
 } // namespace Vorkel

@@ -5,11 +5,13 @@
 #include "objectmodel/objectmap.h"
 
 #include <QList>
+#include <QPointer>
 
 #include <memory>
 
 namespace Vorkel {
 
+class InputWait;
 class PlatformPlugin;
 class Wrapper;
 
@@ -21,6 +23,7 @@ public:
     PlatformPlugin *platformPlugin = nullptr;
     SharedPtr<Screen> screen = SharedPtr<Screen>(new StandardScreen);
     bool pointerHeld = false; // whether moving the pointer means to drag
+    QPointer<InputWait> inputWait; // for which the runner waits
     std::unique_ptr<ObjectMap> objectMap = std::make_unique<ObjectMap>(false);
     int namingScheme = 0; // what its values mean is between runner and wrappers
 };

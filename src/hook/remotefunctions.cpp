@@ -162,6 +162,8 @@ constexpr RemoteFunction Functions[] = {
     { VORKEL_FUNCTION(F_BinaryStreamBytesReceived),   "binaryStreamBytesReceived",      Send,      exactly(2),    Later },
     { VORKEL_FUNCTION(F_LauncherInit),                "launcherInit",                   Call,      anyCount(),    Later },
     { VORKEL_FUNCTION(F_NativeCapabilities),          "nativeCapabilities",             Call,      anyCount(),    call<&Hook::nativeCapabilities> },
+    { VORKEL_FUNCTION(F_AwaitInput),                  "awaitInput",                     LaterCall, exactly(2),    callLater<&Hook::awaitInput> },
+    { VORKEL_FUNCTION(F_ClickIfReady),                "clickIfReady",                   Call,      exactly(7),    call<&Hook::clickIfReady> },
 };
 // clang-format on
 

@@ -144,6 +144,8 @@ enum HookFunctionId {
     F_BinaryStreamBytesReceived = 129,
     F_LauncherInit = 130,
     F_NativeCapabilities = 131,
+    F_AwaitInput = 132,
+    F_ClickIfReady = 133,
 };
 // clang-format on
 

@@ -11,7 +11,7 @@ using Protocol::HeaderLength;
 namespace {
 
 /// So much of a body tells whether the rest will shrink.
-constexpr uLong TriedLength = 128 * 1024;
+constexpr uLong TriedLength = 64 * 1024;
 
 } // namespace
 
@@ -50,17 +50,23 @@ qint64 ChunkedMessageSender::writeData(const char *data, qint64 length)
     return length;
 }
 
-/// From here on looks for nothing that repeats in a body that does not shrink, such as a compressed picture:
-/// it would only cost time.
-bool ChunkedMessageSender::stopTrying()
+/// Stores what does not shrink, such as a compressed picture, as it is: to deflate it would only cost time.
+/// Now and then tries again, ever more seldom.
+bool ChunkedMessageSender::chooseLevel()
 {
-    const bool isWorthIt = m_zlib.total_out < m_zlib.total_in / 16 * 15;
-    if (m_hasStopped || m_zlib.total_in < TriedLength || isWorthIt)
+    const uLong in = m_zlib.total_in - m_inBefore;
+    if (in < (m_isStoring ? m_storedLength : TriedLength))
         return true;
-    m_hasStopped = true;
+    const bool stores = !m_isStoring && m_zlib.total_out - m_outBefore >= in / 16 * 15;
+    m_inBefore = m_zlib.total_in;
+    m_outBefore = m_zlib.total_out;
+    if (stores == m_isStoring)
+        return true;
+    m_isStoring = stores;
+    m_storedLength *= stores ? 2 : 1;
     int code = Z_BUF_ERROR;
     while (code == Z_BUF_ERROR) {
-        code = deflateParams(&m_zlib, Z_BEST_SPEED, Z_HUFFMAN_ONLY);
+        code = deflateParams(&m_zlib, stores ? Z_NO_COMPRESSION : Z_DEFAULT_COMPRESSION, Z_DEFAULT_STRATEGY);
         if (m_zlib.avail_out == 0 && !sendOutput(ChunkLength, Protocol::MoreChunks | Protocol::Compressed))
             return false;
     }
@@ -101,7 +107,7 @@ bool ChunkedMessageSender::deflateInput()
         if (m_zlib.avail_out == 0 && !sendOutput(ChunkLength, Protocol::MoreChunks | Protocol::Compressed))
             return false;
     }
-    return stopTrying();
+    return chooseLevel();
 }
 
 void ChunkedMessageSender::finishCompressing()

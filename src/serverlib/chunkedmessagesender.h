@@ -35,7 +35,7 @@ protected:
 private:
     [[nodiscard]] bool startCompressing();
     [[nodiscard]] bool deflateInput();
-    [[nodiscard]] bool stopTrying();
+    [[nodiscard]] bool chooseLevel();
     void finishCompressing();
     void resetOutput();
     [[nodiscard]] bool sendOutput(qsizetype length, FUInt32 flags);
@@ -49,7 +49,10 @@ private:
     QString m_errorText;
     int m_position = Protocol::HeaderLength;
     bool m_compressing = false;
-    bool m_hasStopped = false; // looking for what repeats
+    bool m_isStoring = false;
+    uLong m_storedLength = 1024 * 1024; // that is stored before deflating is tried again
+    uLong m_inBefore = 0; // what the stream had taken and given when the level was last thought about
+    uLong m_outBefore = 0;
     z_stream m_zlib = {};
 };
 

@@ -105,8 +105,8 @@ void tst_images::areReadWithCare()
 {
     const QByteArray good =
             screenshotToVariant({ sixPixels(), {}, 1.0 }).toMap().value(u"image"_s).toByteArray();
-    for (const QByteArray &image : { QByteArray(), good.left(3), good.chopped(9),
-                                     Bytes::hex("ffffffff") + good.mid(4), qCompress("BM and no more", 1) })
+    for (const QByteArray &image :
+         { QByteArray(), good.left(3), good.chopped(9), qCompress("BM and no more", 1) })
     {
         const QVariantMap value { { u"image"_s, image }, { u"transform"_s, QVariantList { 1.0, 2.0 } } };
         for (const Screenshot &read : { screenshotFromVariant(value), screenshotFromOlderVariant(value) }) {

@@ -52,6 +52,7 @@ private slots:
     void stopsAtFailures();
     void survivesTheEndInBetween();
     void answersLater();
+    void waitsForInput();
     void servesScripts_data();
     void servesScripts();
 };
@@ -254,6 +255,38 @@ void tst_input::answersLater()
     plugin.late.pictures->response(FunctionCallResult<Screenshot>::failure(u"too dark"_s));
     QCOMPARE(keys.outcomes.size(), 1);
     QCOMPARE(pictures.outcomes, QStringList(u"failed too dark"_s));
+}
+
+void tst_input::waitsForInput()
+{
+    constexpr int Endless = 1 << 30;
+    RecordingListener listener;
+    const auto wait = [&](const Session &session, int count, int ms) {
+        session.hook->handleCall(1, u"awaitInput"_s, { count, ms }, &listener);
+    };
+    {
+        Session session;
+        wait(session, 2, Endless);
+        QCOMPARE(listener.outcomes.takeFirst(), u"ok "_s);
+        connect(session.hook, &Hook::inputAwaited, this, [] {});
+        wait(session, 2, -1);
+        QTRY_COMPARE(listener.outcomes, QStringList { u"ok 0"_s });
+        wait(session, 3, Endless);
+        emit session.hook->inputHandled();
+        wait(session, 2, Endless);
+        QCOMPARE(listener.outcomes.takeLast(), u"ok 1"_s);
+        // What is handled second opens a dialog, whose loop answers.
+        QEventLoop dialog;
+        listener.onResponse = [&] { dialog.quit(); };
+        emit session.hook->inputHandled();
+        emit session.hook->inputHandled();
+        QCOMPARE(listener.outcomes.size(), 1);
+        dialog.exec();
+        QCOMPARE(listener.outcomes.takeLast(), u"ok 2"_s);
+        listener.onResponse = {};
+        wait(session, 1, Endless);
+    }
+    QCOMPARE(listener.outcomes.takeLast(), u"ok 0"_s);
 }
 
 void tst_input::servesScripts_data()

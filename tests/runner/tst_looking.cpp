@@ -19,22 +19,13 @@ using Vorkel::Runner::ClassRecords;
 
 namespace {
 
-struct Outcome
-{
-    int code;
-    QString out;
-    QString err;
-};
-
 Outcome run(const QStringList &words)
 {
     ChildProcess process;
     const QString here = QCoreApplication::applicationDirPath();
     process.launch(here + u"/../bin/vorkel"_s,
                    words + QStringList { u"--"_s, here + u"/../bin/vorkel-example"_s }, {});
-    const int code = process.finish();
-    return { code, QString::fromUtf8(process.readAllStandardOutput()),
-             QString::fromUtf8(process.readAllStandardError()) };
+    return process.outcome();
 }
 
 /// The path of the object called `name` in a tree; empty when there is none.

@@ -17,23 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Outcome
-{
-    int code;
-    QString out;
-    QString err;
-};
-
-/// Whether the process has ended; one that nobody waits for stays as a zombie.
-bool isGone(pid_t pid)
-{
-    QFile stat(u"/proc/%1/stat"_s.arg(pid));
-    if (!stat.open(QIODevice::ReadOnly))
-        return true;
-    const QByteArray line = stat.readAll();
-    return line.isEmpty() || line.mid(line.lastIndexOf(')') + 2).startsWith('Z');
-}
-
 /// The X server that `parent` has started; 0 when there is none.
 pid_t displayServerOf(qint64 parent)
 {
@@ -104,9 +87,7 @@ Outcome tst_scripts::run(const QStringList &words) const
     process.setWorkingDirectory(m_folder->path());
     process.launch(built(u"../bin/vorkel"_s),
                    QStringList { u"test"_s } + words + QStringList { u"--"_s, m_moody }, {});
-    const int code = process.finish();
-    return { code, QString::fromUtf8(process.readAllStandardOutput()),
-             QString::fromUtf8(process.readAllStandardError()) };
+    return process.outcome();
 }
 
 void tst_scripts::drives_data()

@@ -24,23 +24,6 @@ constexpr int LimitMs = 60000;
 
 using Variables = QList<std::pair<QString, QString>>;
 
-struct Outcome
-{
-    int code;
-    QString out;
-    QString err;
-};
-
-/// Whether the process has ended; one that nobody waits for stays as a zombie.
-bool isGone(pid_t pid)
-{
-    QFile stat(u"/proc/%1/stat"_s.arg(pid));
-    if (!stat.open(QIODevice::ReadOnly))
-        return true;
-    const QByteArray line = stat.readAll();
-    return line.isEmpty() || line.mid(line.lastIndexOf(')') + 2).startsWith('Z');
-}
-
 /// A shell that starts a child, says its process id and becomes the program.
 QStringList family(const QString &before = {})
 {
@@ -91,9 +74,7 @@ Outcome tst_vorkel::run(const QStringList &arguments, const Variables &variables
 {
     ChildProcess process;
     launch(process, arguments, variables);
-    const int code = process.finish();
-    return { code, QString::fromUtf8(process.readAllStandardOutput()),
-             QString::fromUtf8(process.readAllStandardError()) };
+    return process.outcome();
 }
 
 /// Starts the command on a program that never comes back from a call, and gives the program's process id.

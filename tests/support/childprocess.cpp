@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QFile>
 
 namespace {
 
@@ -65,4 +66,19 @@ QByteArrayList ChildProcess::errorLines()
 int ChildProcess::finish()
 {
     return waitForFinished(LimitMs) && exitStatus() == NormalExit ? exitCode() : -1;
+}
+
+Outcome ChildProcess::outcome()
+{
+    const int code = finish();
+    return { code, QString::fromUtf8(readAllStandardOutput()), QString::fromUtf8(readAllStandardError()) };
+}
+
+bool isGone(qint64 pid)
+{
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!stat.open(QIODevice::ReadOnly))
+        return true;
+    const QByteArray line = stat.readAll();
+    return line.isEmpty() || line.mid(line.lastIndexOf(')') + 2).startsWith('Z');
 }

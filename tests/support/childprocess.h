@@ -5,6 +5,17 @@
 /// A file of this build, by its path from the folder of the tests.
 [[nodiscard]] QString built(const QString &path);
 
+/// Whether the process has ended; one that nobody waits for stays as a zombie.
+[[nodiscard]] bool isGone(qint64 pid);
+
+/// How a process ended and what it wrote.
+struct Outcome
+{
+    int code; ///< -1 when it did not end by itself
+    QString out;
+    QString err;
+};
+
 /// A process of ours that a test talks to by lines; it ends with the object.
 class ChildProcess : public QProcess
 {
@@ -23,4 +34,6 @@ public:
     [[nodiscard]] QByteArrayList errorLines();
     /// Waits for the process to end by itself; its exit code, or -1.
     [[nodiscard]] int finish();
+    /// The same, with what it wrote and nobody has read.
+    [[nodiscard]] Outcome outcome();
 };

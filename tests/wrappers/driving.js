@@ -102,8 +102,11 @@ test('open pop-up', () => {
 test('window out of sight', () => {
     window.call('showMinimized');
     expectObstacle(pad, "is not visible: its window 'Obstacles' is minimised");
-    window.call('showNormal');
-    pad.waitUntilReady();
+    // A window manager that has not minimised it yet does so after this.
+    waitUntil(() => {
+        window.call('showNormal');
+        return obstacle(pad) === '';
+    });
     window.set('visible', false);
     expectObstacle(pad, "is not visible: 'window' \\(QMainWindow\\) is hidden");
     window.set('visible', true);
@@ -200,6 +203,25 @@ test('items', () => {
     table.find({ type: 'QHeaderView', occurrence: 2 }).item(25).click();
     expect(said).toHaveText('head 25');
 });
+
+for (const basket of ['basket', 'away', 'asking']) {
+    test('dragged into the ' + basket, () => {
+        open('Drags');
+        if (basket === 'away') {
+            named('elsewhere').click();
+            named('away').waitUntilReady();
+        }
+        for (const fruit of ['pear', 'apple']) {
+            named('fruits').item(fruit).dragTo(named(basket));
+            if (basket === 'asking')
+                app.find({ text: 'Yes' }).click();
+            expect(said).toHaveText('dropped ' + fruit);
+        }
+        expect(named(basket)).toHaveProperty('count', 2);
+        pad.click();
+        expect(said).toHaveText('30,20');
+    });
+}
 
 test('tabs out of sight', () => {
     for (const tab of ['Far 8', 'Far 3', 'Plain']) {

@@ -28,7 +28,7 @@ QImage picture(const QRect &area)
     bool isEmpty = true;
     // Those that were shown later lie above.
     for (QWindow *window : QGuiApplication::topLevelWindows()) {
-        const QRect place = QtPixels::toNative(window->geometry());
+        const QRect place = QtPixels::toNative(window, window->geometry());
         if (!window->isVisible() || !place.intersects(area))
             continue;
         const QImage drawn = QtToolkits::picture(window);

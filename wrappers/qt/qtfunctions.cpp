@@ -1,6 +1,5 @@
 #include "qtfunctions.h"
 
-#include "qtinputcount.h"
 #include "qttoolkit.h"
 #include "qtvalues.h"
 #include "qtwrapper.h"
@@ -16,24 +15,11 @@ namespace Vorkel::QtFunctions {
 
 namespace {
 
-SharedPtr<Object> inputCount(const ObjectList &, const Class *)
-{
-    return QtValues::toObject(QtInputCount::self()->count());
-}
-
 SharedPtr<Object> grabWidget(const ObjectList &arguments, const Class *)
 {
     const std::unique_ptr<QtTarget> target = QtToolkits::target(arguments[0]);
     const QImage picture = target ? target->picture() : QImage();
     return picture.isNull() ? nullptr : QtValues::toObject(picture);
-}
-
-int number(const ObjectList &arguments, std::size_t index, int otherwise)
-{
-    int value = otherwise;
-    if (index < arguments.size())
-        unwrap(arguments[index], &value);
-    return value;
 }
 
 SharedPtr<Object> reported(const VoidResult &result)
@@ -44,16 +30,12 @@ SharedPtr<Object> reported(const VoidResult &result)
     return nullptr;
 }
 
-SharedPtr<Object> doubleClick(const ObjectList &arguments, const Class *)
-{
-    const int button = number(arguments, 2, MouseButton::LeftButton);
-    return reported(QtWrapper::self()->doubleClick(arguments[0], {}, static_cast<MouseButton::Value>(button),
-                                                   number(arguments, 1, 0)));
-}
-
 SharedPtr<Object> tapObject(const ObjectList &arguments, const Class *)
 {
-    return reported(QtWrapper::self()->tap(arguments[0], number(arguments, 1, 0)));
+    int modifiers = 0;
+    if (arguments.size() > 1)
+        unwrap(arguments[1], &modifiers);
+    return reported(QtWrapper::self()->tap(arguments[0], modifiers));
 }
 
 void add(GlobalMethod::ListCaller caller, const Argument &result, const char *name,
@@ -76,7 +58,6 @@ void registerCommon()
     CommonWrapperAPI::registerClipboardFunctions();
     CommonWrapperAPI::registerNativeFunctions();
     CommonWrapperAPI::registerConsoleFunctions();
-    add(inputCount, ofType("", IntClassId), "_vorkel_input_count", {});
 }
 
 void registerFor(const Class *objectClass)
@@ -87,9 +68,6 @@ void registerFor(const Class *objectClass)
     add(grabWidget, QtValues::argumentFor(QString(), QMetaType(QMetaType::QImage)), "grabWidget", { object });
     add(tapObject, nothing, "tapObject", { object });
     add(tapObject, nothing, "tapObject", { object, modifiers });
-    add(doubleClick, nothing, "doubleClick", { object });
-    add(doubleClick, nothing, "doubleClick", { object, modifiers });
-    add(doubleClick, nothing, "doubleClick", { object, modifiers, ofType("button", IntClassId) });
 }
 
 } // namespace Vorkel::QtFunctions

@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
+#include <QtMath>
 
 namespace Vorkel {
 
@@ -36,12 +37,11 @@ QPoint scaled(const QPoint &place, const QScreen *screen, double factor)
     return origin + (place - origin) * factor;
 }
 
-/// Where `window` starts and what lies in it are rounded apart from each other, as in the events it gets.
-QPoint nativeIn(const QWindow &window, const QPoint &point)
+/// Qt's `mapToGlobal` takes the screen that the window's first point seems to be on, which is not always the
+/// window's.
+QPoint nativeStart(const QWindow &window)
 {
-    const QPoint start = window.mapToGlobal(QPoint(0, 0));
-    return scaled(start, window.screen(), factorOf(window.screen()))
-            + (point - start) * factorOf(window.screen());
+    return scaled(QtPixels::start(&window), window.screen(), factorOf(window.screen()));
 }
 
 NativeRect rectOf(const QRect &area)
@@ -51,23 +51,19 @@ NativeRect rectOf(const QRect &area)
     return NativeRect::at(area.x(), area.y(), area.width(), area.height());
 }
 
-QRect areaOf(const SharedPtr<Object> &object)
-{
-    const std::unique_ptr<QtTarget> target = QtToolkits::target(object);
-    return target ? target->area() : QRect();
-}
-
 } // namespace
 
 NativeRect QtGeometryDelegate::globalBounds(const SharedPtr<Object> &object) const
 {
-    return rectOf(areaOf(object));
+    const std::unique_ptr<QtTarget> target = QtToolkits::target(object);
+    return target ? rectOf(target->area()) : NativeRect();
 }
 
 NativeRect QtGeometryDelegate::nativeGlobalBounds(const SharedPtr<Object> &object) const
 {
-    const QRect area = areaOf(object);
-    return area.isEmpty() ? NativeRect() : rectOf(QtPixels::toNative(area));
+    const std::unique_ptr<QtTarget> target = QtToolkits::target(object);
+    const QRect area = target ? target->area() : QRect();
+    return area.isEmpty() ? NativeRect() : rectOf(QtPixels::toNative(target->window(), area));
 }
 
 NativePoint QtGeometryDelegate::relativeToNative(const SharedPtr<Object> &object, int x, int y) const
@@ -76,9 +72,7 @@ NativePoint QtGeometryDelegate::relativeToNative(const SharedPtr<Object> &object
     const QRect area = target ? target->area() : QRect();
     if (area.isEmpty())
         return NativePoint();
-    const QPoint point = area.topLeft() + QPoint(x, y);
-    const QWindow *window = target->window();
-    const QPoint native = window ? nativeIn(*window, point) : QtPixels::toNative(point);
+    const QPoint native = QtPixels::toNative(target->window(), area.topLeft() + QPoint(x, y));
     return NativePoint::at(native.x(), native.y());
 }
 
@@ -103,6 +97,39 @@ QRect toNative(const QRect &area)
         return area;
     const double factor = factorOf(screen);
     return QRect(scaled(area.topLeft(), screen, factor), (QSizeF(area.size()) * factor).toSize());
+}
+
+QPoint start(const QWindow *window)
+{
+    QPoint point;
+    for (; window; window = window->parent())
+        point += window->position();
+    return point;
+}
+
+/// Where the window starts and what lies in it are rounded apart from each other, as in the events it gets.
+QPoint toNative(const QWindow *window, const QPoint &point)
+{
+    return window ? nativeStart(*window) + (point - start(window)) * factorOf(window->screen())
+                  : toNative(point);
+}
+
+QRect toNative(const QWindow *window, const QRect &area)
+{
+    return window ? QRect(toNative(window, area.topLeft()),
+                          (QSizeF(area.size()) * factorOf(window->screen())).toSize())
+                  : toNative(area);
+}
+
+QRect seenFrom(const QWindow *window, const QScreen *screen)
+{
+    if (!window)
+        return screen->geometry();
+    const double factor = factorOf(window->screen());
+    const QRect native = nativeGeometry(screen).translated(-nativeStart(*window));
+    const QPoint first(qCeil(native.left() / factor), qCeil(native.top() / factor));
+    const QPoint last(qFloor((native.right() + 1) / factor) - 1, qFloor((native.bottom() + 1) / factor) - 1);
+    return QRect(first, last).translated(start(window));
 }
 
 QPoint fromNative(const QPoint &point)

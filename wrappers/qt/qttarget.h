@@ -14,7 +14,8 @@ class QWindow;
 namespace Vorkel {
 
 /// Something of the application that a person can point at, as it is right now: a window, a control, a
-/// row of a list, an entry of a menu. Geometry is in Qt's own global coordinates.
+/// row of a list, an entry of a menu. Geometry is in the coordinates of its window's position
+/// (`QtPixels::start`).
 class VORKEL_EXPORT QtTarget
 {
 public:

@@ -1,5 +1,6 @@
 #include "qtwindowtarget.h"
 
+#include "qtgeometry.h"
 #include "qttoolkit.h"
 
 #include <QGuiApplication>
@@ -9,12 +10,12 @@ namespace Vorkel {
 
 QRect QtWindowTarget::area() const
 {
-    return m_window && m_window->isVisible() ? m_window->geometry() : QRect();
+    return m_window && m_window->isVisible() ? QRect(QtPixels::start(m_window), m_window->size()) : QRect();
 }
 
 QRect QtWindowTarget::visibleArea() const
 {
-    return QtWindows::onScreen(area());
+    return QtWindows::onScreen(m_window, area());
 }
 
 QString QtWindowTarget::whyInvisible() const
@@ -54,11 +55,11 @@ QString whyInvisible(const QWindow *window)
     return QString();
 }
 
-QRect onScreen(const QRect &area)
+QRect onScreen(const QWindow *window, const QRect &area)
 {
     QRect best;
     for (const QScreen *screen : QGuiApplication::screens()) {
-        const QRect part = screen->geometry() & area;
+        const QRect part = QtPixels::seenFrom(window, screen) & area;
         if (part.width() * part.height() > best.width() * best.height())
             best = part;
     }
@@ -99,7 +100,8 @@ QString whyCovered(QWindow *window, const QPoint &point)
 {
     if (const QWindow *modal = blockerOf(window))
         return QStringLiteral("is blocked by the modal window %1").arg(describe(modal));
-    const QWindow *top = QGuiApplication::topLevelAt(point);
+    const QPoint pixel = QtPixels::toNative(window, point);
+    const QWindow *top = QGuiApplication::topLevelAt(QtPixels::fromNative(pixel));
     const QString where = QStringLiteral("at (%1, %2)").arg(point.x()).arg(point.y());
     if (!top)
         return QStringLiteral("is covered %1 by another program's window").arg(where);

@@ -35,8 +35,8 @@ namespace QtWindows {
 [[nodiscard]] VORKEL_EXPORT QString describe(const QWindow *window);
 /// Whether the window is hidden, minimised or not drawn yet, as `QtTarget::whyInvisible`.
 [[nodiscard]] VORKEL_EXPORT QString whyInvisible(const QWindow *window);
-/// What of `area` lies on a screen; empty when nothing does.
-[[nodiscard]] VORKEL_EXPORT QRect onScreen(const QRect &area);
+/// What of `area` lies on a screen, on the one that shows most of it; empty when nothing does.
+[[nodiscard]] VORKEL_EXPORT QRect onScreen(const QWindow *window, const QRect &area);
 /// The modal window that takes the input of `window`; null when there is none.
 [[nodiscard]] VORKEL_EXPORT QWindow *blockerOf(QWindow *window);
 /// Asks that the window that `window` stands in takes the keyboard. Whether that is still to come: pop-ups

@@ -103,7 +103,7 @@ VoidResult QtWrapper::tap(const SharedPtr<Object> &object, int modifiers)
     if (!held.isOk())
         return VoidResult::failure(held.error());
     (void)QtWindows::activate(target->window());
-    const QPoint point = QtPixels::toNative(target->pressPoint());
+    const QPoint point = QtPixels::toNative(target->window(), target->pressPoint());
     return nativeInterfaceOrRefusal().tap(NativePoint::at(point.x(), point.y()), held.value());
 }
 

@@ -1,6 +1,8 @@
 // Brings the hook up in a program that knows nothing of it.
 
+#include "qtinputwatch.h"
 #include "qtplatform.h"
+#include "qtscreen.h"
 #include "qtsetup.h"
 #include "qtwrapper.h"
 
@@ -23,6 +25,14 @@ void completeHookUp()
         Hook::hook->completeHookUp();
 }
 
+/// Lets the hook know of input when it wants to.
+void tellOfInput(Hook *hook)
+{
+    QtInputWatch *const watch = QtInputWatch::self();
+    QObject::connect(hook, &Hook::inputAwaited, watch, &QtInputWatch::start);
+    QObject::connect(watch, &QtInputWatch::inputHandled, hook, &Hook::inputHandled);
+}
+
 /// Qt calls this as soon as the application object exists, in every such object's constructor.
 void startHook()
 {
@@ -32,7 +42,9 @@ void startHook()
     if (std::exchange(isFirst, false)) {
         setUpQtObjectModel();
         // The plug-in lives as long as the process.
-        Hook::connectAndCreateHook(QtWrapper::self(), new AUTProcess, createQtPlatform(), 0);
+        tellOfInput(Hook::connectAndCreateHook(QtWrapper::self(), new AUTProcess, createQtPlatform(), 0));
+        if (Hook::hook)
+            Hook::hook->setScreen(SharedPtr<Screen>(new QtScreen));
     } else if (Hook::hook) {
         Hook::hook->watchConnection();
     }

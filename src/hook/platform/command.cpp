@@ -78,8 +78,7 @@ void TypeText::addCombination(const QStringList &keys)
 VoidResult executeCommands(const std::list<SharedPtr<Command>> &commands)
 {
     NativeInterface *const native = currentNativeInterface();
-    return native ? executeCommands(commands, native)
-                  : VoidResult::failure(QStringLiteral("Platform plugin not set"));
+    return native ? executeCommands(commands, native) : VoidResult::failure(QLatin1String(NoPlatformPlugin));
 }
 
 VoidResult executeCommands(const std::list<SharedPtr<Command>> &commands, NativeInterface *native)

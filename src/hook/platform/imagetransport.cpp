@@ -1,8 +1,8 @@
 #include "hook/platform/imagetransport.h"
 
-#include <QBuffer>
+#include "hook/platform/zlibdevice.h"
+
 #include <QPoint>
-#include <QtEndian>
 
 namespace Vorkel {
 
@@ -12,8 +12,6 @@ constexpr char Format[] = "BMP";
 constexpr int Quality = 100;
 // Cheap for small devices.
 constexpr int CompressionLevel = 1;
-// No picture that can be read is larger; whoever says so would only take memory.
-constexpr quint32 MaxImageBytes = 1U << 30;
 constexpr qsizetype TransformNumbers = 6;
 
 constexpr QLatin1String ImageKey("image");
@@ -24,22 +22,16 @@ constexpr QLatin1String ScaleKey("scale");
 
 QByteArray imageToBytes(const QImage &image)
 {
-    QByteArray bytes;
-    bytes.reserve(image.sizeInBytes());
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    return image.save(&buffer, Format, Quality) ? qCompress(bytes, CompressionLevel) : QByteArray();
+    DeflatingDevice device(CompressionLevel);
+    return image.save(&device, Format, Quality) ? device.finish() : QByteArray();
 }
 
 QImage imageFromBytes(const QByteArray &bytes)
 {
-    // The length of the uncompressed bytes stands in front.
-    if (bytes.size() < qsizetype(sizeof(quint32))
-        || qFromBigEndian<quint32>(bytes.constData()) > MaxImageBytes)
-        return QImage();
+    InflatingDevice device(bytes);
     QImage image;
-    image.loadFromData(qUncompress(bytes), Format);
-    return image;
+    // What is cut would be read as far as it goes.
+    return image.load(&device, Format) && device.isAtGoodEnd() ? image : QImage();
 }
 
 QVariantList transformToList(const QTransform &t)

@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
@@ -46,6 +47,27 @@ QPushButton *button(const QString &name, Action action)
     return made;
 }
 
+constexpr QRgb PadColour = qRgb(255, 0, 0);
+
+/// Where the pad is in a picture.
+void sayWhereThePadIs(const QImage &picture)
+{
+    QPolygon pixels;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixel(x, y) == PadColour)
+                pixels << QPoint(x, y);
+        }
+    }
+    const QRect pad = pixels.boundingRect();
+    say(u"%1,%2 %3x%4 of %5x%6"_s.arg(pad.x())
+                .arg(pad.y())
+                .arg(pad.width())
+                .arg(pad.height())
+                .arg(picture.width())
+                .arg(picture.height()));
+}
+
 /// Tells where it was pressed, and how often.
 class Pad : public QWidget
 {
@@ -56,6 +78,8 @@ public:
         setObjectName(u"pad"_s);
         setAttribute(Qt::WA_AcceptTouchEvents);
         setGeometry(0, 0, 61, 41);
+        setAutoFillBackground(true);
+        setPalette(QColor(PadColour));
     }
 
 protected:
@@ -180,6 +204,43 @@ QWidget *scrollPage()
     return outer;
 }
 
+/// Takes what is dropped on it, after a question if there is one.
+class Basket : public QListWidget
+{
+public:
+    explicit Basket(const QString &name)
+    {
+        setObjectName(name);
+        setDragDropMode(DropOnly);
+    }
+
+protected:
+    void dropEvent(QDropEvent *event) override
+    {
+        QListWidget::dropEvent(event);
+        if (objectName() == u"asking"_s)
+            QMessageBox::question(this, u"Sure"_s, u"Drop it?"_s);
+        say(u"dropped %1"_s.arg(item(count() - 1)->text()));
+    }
+};
+
+QWidget *dragsPage()
+{
+    auto *page = new QWidget;
+    auto *layout = new QVBoxLayout(page);
+    auto *fruits = named(u"fruits"_s, new QListWidget);
+    fruits->addItems({ u"apple"_s, u"pear"_s });
+    fruits->setDragEnabled(true);
+    const auto away = std::make_shared<Basket>(u"away"_s);
+    away->setWindowTitle(u"Away"_s);
+    away->setGeometry(500, 100, 200, 200);
+    layout->addWidget(button(u"elsewhere"_s, [=] { away->show(); }));
+    for (QWidget *each :
+         std::initializer_list<QWidget *> { fruits, new Basket(u"basket"_s), new Basket(u"asking"_s) })
+        layout->addWidget(each);
+    return page;
+}
+
 QWidget *plainPage()
 {
     auto *page = new QWidget;
@@ -189,7 +250,9 @@ QWidget *plainPage()
     (new QVBoxLayout(panel))->addWidget(button(u"inner"_s, [] { say(u"inner"_s); }));
     auto *combo = new QComboBox;
     combo->addItems({ u"one"_s, u"two"_s });
-    for (QWidget *each : std::initializer_list<QWidget *> { panel, check, combo, new QLineEdit })
+    auto *edit = new QLineEdit;
+    QObject::connect(edit, &QLineEdit::returnPressed, [=] { sayWhereThePadIs(QImage(edit->text())); });
+    for (QWidget *each : std::initializer_list<QWidget *> { panel, check, combo, edit })
         layout->addWidget(each);
     auto *cover = named(u"cover"_s, new QLabel(page));
     cover->resize(1000, 1000);
@@ -225,6 +288,7 @@ int main(int argc, char *argv[])
     tabs->addTab(dialogsPage(), u"Dialogs"_s);
     tabs->addTab(itemsPage(), u"Items"_s);
     tabs->addTab(scrollPage(), u"Scroll"_s);
+    tabs->addTab(dragsPage(), u"Drags"_s);
     for (int i = 0; i < 9; ++i)
         tabs->addTab(new QWidget, u"Far %1"_s.arg(i));
     layout->addWidget(tabs);

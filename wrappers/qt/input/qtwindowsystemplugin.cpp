@@ -1,5 +1,6 @@
 // The platform plug-in for programs whose devices no other plug-in reaches.
 
+#include "qtdrags.h"
 #include "qtnativeinterface.h"
 
 #include "hook/platform/platformplugin.h"
@@ -27,5 +28,6 @@ private:
 /// Called once, by the wrapper; the plug-in is the caller's.
 extern "C" VORKEL_EXPORT Vorkel::PlatformPlugin *vorkel_qt_create_platform()
 {
+    Vorkel::QtDrags::provide();
     return new Vorkel::QtWindowSystemPlugin;
 }

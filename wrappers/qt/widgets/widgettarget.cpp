@@ -1,5 +1,6 @@
 #include "widgettarget.h"
 
+#include "qtgeometry.h"
 #include "qtwindowtarget.h"
 
 #include <QApplication>
@@ -25,9 +26,11 @@ QString describe(const QWidget *widget)
     return name.isEmpty() ? QStringLiteral("a ") + type : QStringLiteral("'%1' (%2)").arg(name, type);
 }
 
-QRect onScreen(const QWidget *widget, const QRect &part)
+/// `part` of the widget in the coordinates of its window's position.
+QRect placed(const QWidget *widget, const QRect &part)
 {
-    return QRect(widget->mapToGlobal(part.topLeft()), part.size());
+    const QWidget *window = widget->window();
+    return part.translated(widget->mapTo(window, QPoint(0, 0)) + QtPixels::start(window->windowHandle()));
 }
 
 bool isPopup(const QWidget *widget)
@@ -38,7 +41,7 @@ bool isPopup(const QWidget *widget)
 /// The widget of the window that a click at `point` reaches.
 QWidget *hitBy(QWidget *window, const QPoint &point)
 {
-    QWidget *child = window->childAt(window->mapFromGlobal(point));
+    QWidget *child = window->childAt(point - QtPixels::start(window->windowHandle()));
     return child ? child : window;
 }
 
@@ -88,18 +91,23 @@ QRect effectivePart(const QWidget *widget)
 
 QRect WidgetPartTarget::area() const
 {
-    return m_widget && m_widget->isVisible() && !m_part.isEmpty() ? onScreen(m_widget, m_part) : QRect();
+    return m_widget && m_widget->isVisible() && !m_part.isEmpty() ? placed(m_widget, m_part) : QRect();
 }
 
 QRect WidgetPartTarget::visibleArea() const
 {
+    return visibleArea(m_part);
+}
+
+QRect WidgetPartTarget::visibleArea(QRect part) const
+{
     if (!m_widget || !m_widget->isVisible())
         return QRect();
-    QRect part = m_part & m_widget->rect();
+    part &= m_widget->rect();
     const QWidget *at = m_widget;
     for (; !at->isWindow() && at->parentWidget(); at = at->parentWidget())
         part = part.translated(at->pos()) & at->parentWidget()->rect();
-    return part.isEmpty() ? QRect() : QtWindows::onScreen(onScreen(at, part));
+    return part.isEmpty() ? QRect() : QtWindows::onScreen(window(), placed(at, part));
 }
 
 QWindow *WidgetPartTarget::window() const
@@ -154,10 +162,8 @@ QImage WidgetPartTarget::picture() const
 
 QPoint WidgetTarget::pressPoint() const
 {
-    const QRect seen = visibleArea();
-    const QRect part = widget() ? effectivePart(widget()) : QRect();
-    const QRect effective = part.isEmpty() ? seen : onScreen(widget(), part) & seen;
-    return effective.isEmpty() ? seen.center() : effective.center();
+    const QRect effective = widget() ? visibleArea(effectivePart(widget())) : QRect();
+    return effective.isEmpty() ? visibleArea().center() : effective.center();
 }
 
 bool WidgetTarget::reveal() const

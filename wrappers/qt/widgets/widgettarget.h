@@ -27,6 +27,8 @@ protected:
     {
     }
 
+    /// What of `part` of the widget is visible.
+    [[nodiscard]] QRect visibleArea(QRect part) const;
     /// Null when it is shown nowhere.
     [[nodiscard]] QWidget *widget() const { return m_widget; }
     void setWidget(QWidget *widget) { m_widget = widget; }
