@@ -24,6 +24,7 @@ struct Failure
 {
     ExitCode code = ExitCode::Success;
     QString text;
+    bool isFinal = false; ///< to try again is of no use
 
     [[nodiscard]] bool isFailure() const { return code != ExitCode::Success; }
 };

@@ -24,7 +24,7 @@ Failure RemoteObjects::request(const QString &function, const ArgumentList &argu
         return failure;
     // Raw input functions answer with the reason itself.
     if (reply.typeId() == QMetaType::QString)
-        return { ExitCode::CallFailed, reply.toString() };
+        return { ExitCode::CallFailed, reply.toString(), true };
     return lastError(QStringLiteral("the program refused %1 without a reason").arg(function));
 }
 

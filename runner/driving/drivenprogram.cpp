@@ -159,7 +159,7 @@ Failure DrivenProgram::retry(const std::function<Failure()> &attempt)
         const auto left = std::max(0, m_stepLimitMs - static_cast<int>(m_sinceStep.elapsed()));
         m_session->setReplyLimit(std::max(left, LeastReplyMs));
         const Failure failure = attempt();
-        if (failure.code != ExitCode::CallFailed || left == 0)
+        if (failure.code != ExitCode::CallFailed || failure.isFinal || left == 0)
             return failure;
         m_session->idle(std::min(PollMs, left));
     }

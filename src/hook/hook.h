@@ -203,9 +203,10 @@ public:
     void getExtraKeys(ResponseListener<ArgumentList> *listener, const ArgumentList &arguments);
     /// Clicks on an object, which is a name or an id, in the same moment in which it is ready: presses and
     /// releases once, or twice for a double click. `isPointGiven` says whether x and y count, which are from
-    /// the object's top left corner.
-    bool clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x, int y, int button,
-                      int modifiers);
+    /// the object's top left corner. Nothing, with the reason as last error, when it is not ready; a failure
+    /// when nobody could click on it at all.
+    std::optional<VoidResult> clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x,
+                                           int y, int button, int modifiers);
     /// Answers with how much input the application has handled from here on: once that is `count`, or none
     /// more has come for `quietMs` milliseconds, or somebody else waits. At once, with nothing, where no
     /// wrapper tells of input.

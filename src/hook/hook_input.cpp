@@ -11,6 +11,7 @@
 #include "objectmodel/screenvalues.h"
 
 #include <QMetaMethod>
+#include <QScopeGuard>
 
 namespace Vorkel {
 
@@ -131,20 +132,23 @@ bool Hook::pressOnScreen(const NativePoint &point, MouseButton::Value button, in
                                     : native.pointerMove(point).error());
 }
 
-bool Hook::clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x, int y, int button,
-                        int modifiers)
+std::optional<VoidResult> Hook::clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x,
+                                             int y, int button, int modifiers)
 {
     const bool isName = target.typeId() == QMetaType::QString;
     const SharedPtr<Object> object =
             isName ? getObjectIfReady(target.toString()) : getObjectIfReady(objectById(target.toInt()));
-    Wrapper *const wrapper = object ? wrapperForObject(object) : nullptr;
+    if (!object)
+        return std::nullopt;
+    const bool suppressed = nativeInterfaceOrRefusal().supressFlush(true);
+    const auto flush = qScopeGuard([suppressed] { nativeInterfaceOrRefusal().supressFlush(suppressed); });
+    Wrapper *const wrapper = Hook::hook == this ? wrapperForObject(object) : nullptr;
     if (!wrapper)
-        return false;
+        return VoidResult::failure(QStringLiteral("The application has let go of its objects"));
     const Wrapper::ObjectPoint point { isPointGiven, x, y, Wrapper::ObjectPoint::NoScreen };
     const auto pressed = static_cast<MouseButton::Value>(button);
-    const VoidResult clicked = clicks == 2 ? wrapper->doubleClick(object, point, pressed, modifiers)
-                                           : wrapper->pointerClick(object, point, pressed, modifiers, 1);
-    return succeeded(clicked.error());
+    return clicks == 2 ? wrapper->doubleClick(object, point, pressed, modifiers)
+                       : wrapper->pointerClick(object, point, pressed, modifiers, 1);
 }
 
 VoidResult Hook::rawMouseEvent(int type, int x, int y, int button) const

@@ -68,12 +68,10 @@ VoidResult Wrapper::pointerClick(const SharedPtr<Object> &object, const ObjectPo
                                  MouseButton::Value button, int modifiers, int count)
 {
     const QPointer<Wrapper> guard(this);
-    const bool suppressed = nativeInterfaceOrRefusal().supressFlush(true);
     const VoidResult down = pointerPress(object, point, button, modifiers, true, count);
     if (!guard)
         return gone();
     const VoidResult up = pointerPress(object, point, button, modifiers, false, count);
-    nativeInterfaceOrRefusal().supressFlush(suppressed);
     return !down.isOk() && !up.isOk() ? down : up;
 }
 

@@ -50,6 +50,7 @@ private slots:
     void injects();
     void stopsAtFailures_data();
     void stopsAtFailures();
+    void clicksIfReady();
     void survivesTheEndInBetween();
     void answersLater();
     void waitsForInput();
@@ -207,6 +208,33 @@ void tst_input::stopsAtFailures()
     const VoidResult result = session.wrapper->doubleClick(session.thing, {}, MouseButton::None, 256);
     QTEST(result.error(), "error");
     QTEST(plugin.native.heard, "heard");
+}
+
+void tst_input::clicksIfReady()
+{
+    Plugin plugin;
+    const auto click = [](Session &session, const QVariant &target, int clicks = 1) {
+        return session.call(u"clickIfReady"_s, { target, clicks, true, 3, 4, 1, 0 });
+    };
+    {
+        Session session;
+        QCOMPARE(click(session, session.id(session.thing)), QVariant(NoPlugin));
+    }
+    Session session(&plugin);
+    const int thing = session.id(session.thing);
+    QCOMPARE(click(session, thing), QVariant(true));
+    QCOMPARE(plugin.native.heard.size(), 8);
+    QCOMPARE(plugin.native.heard.value(3), u"pointerButton 1 down 26,-32 1"_s);
+    QCOMPARE(plugin.native.heard.last(), u"supressFlush off"_s);
+    QCOMPARE(click(session, thing, 2), QVariant(true));
+    QCOMPARE(plugin.native.heard.filter(u"down 26,-32 2"_s).size(), 1);
+    plugin.native.heard.clear();
+    session.wrapper->reason = u"busy"_s;
+    for (const QVariant &target : { QVariant(thing), QVariant(u"nobody"_s), QVariant(-5) }) {
+        QCOMPARE(click(session, target), QVariant());
+        QVERIFY(!session.error().isEmpty());
+    }
+    QCOMPARE(plugin.native.heard, QStringList());
 }
 
 void tst_input::survivesTheEndInBetween()

@@ -23,6 +23,9 @@ bool isModifier(const QEvent *event)
 
 bool isInput(const QEvent *event)
 {
+    // Qt makes events of its own, too, but drops only of what lets go of what was dragged.
+    if (!event->spontaneous())
+        return event->type() == QEvent::Drop;
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
@@ -57,7 +60,7 @@ void QtInputWatch::start()
 
 bool QtInputWatch::eventFilter(QObject *receiver, QEvent *event)
 {
-    if (receiver->isWindowType() && event->spontaneous() && isInput(event))
+    if (receiver->isWindowType() && isInput(event))
         emit inputHandled();
     return false;
 }
