@@ -51,6 +51,11 @@ protected:
     {
         return m_hook->objectToVariant(given).toString().section(u',', 0, 0).toInt();
     }
+    /// Whether a reply holds nothing, whatever its type.
+    static bool isNothing(const QVariant &reply)
+    {
+        return !reply.isValid() || reply == QVariant(false) || reply.toByteArray().isEmpty();
+    }
     QString text(int id) { return call("objectToString", id).toString(); }
     QString lastError() { return call("getLastError").toString(); }
     QStringList lines() { return m_log->takeLines(); }

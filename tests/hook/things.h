@@ -2,11 +2,11 @@
 
 #include "hook/autprocess.h"
 #include "hook/hook.h"
-#include "hook/platform/platformplugin.h"
 #include "hook/wrapper.h"
 #include "objectmodel/class.h"
 #include "objectmodel/delegates.h"
 #include "objectmodel/inspector.h"
+#include "objectmodel/objectname.h"
 #include "objectmodel/screenvalues.h"
 #include "serverlib/nullmessagechannel.h"
 #include "support/recorders.h"
@@ -20,6 +20,7 @@ namespace Things {
 
 using namespace Qt::StringLiterals;
 using namespace Vorkel;
+using Plugin = RecordingPlugin;
 
 inline const Class *thingClass()
 {
@@ -44,15 +45,29 @@ public:
     int numChildren(const SharedPtr<Object> &object) const override { return object != thing; }
     SharedPtr<Object> child(const SharedPtr<Object> &, int) const override { return thing; }
     SharedPtr<Object> childByName(const SharedPtr<Object> &, const QString &) const override { return {}; }
-    SharedPtr<Object> objectByQualifiedName(const SharedPtr<Object> &, const ObjectName &) const override
+    SharedPtr<Object> objectByQualifiedName(const SharedPtr<Object> &, const ObjectName &name) const override
     {
+        ++lookups;
+        const PropertyMap demands = name.properties();
+        for (auto demand = demands.begin(); demand != demands.end(); ++demand) {
+            if (!properties.isEmpty() && !demand->matches(properties.value(demand.key()))) {
+                Inspector::self()->setUnmatchedProperties(fullName, { demand.key() });
+                return {};
+            }
+        }
         return thing;
     }
     QString name(const SharedPtr<Object> &) const override { return u"thing"_s; }
-    QString qualifiedName(const SharedPtr<Object> &) const override { return u"{text='%1'}"_s; }
+    QString qualifiedName(const SharedPtr<Object> &) const override
+    {
+        return Hook::hook->namingScheme() == 0 ? fullName : u"thing"_s;
+    }
     int wrapperType() const override { return 1; }
 
     SharedPtr<Object> thing;
+    QMap<QString, QString> properties; ///< by which it is found; by any name when there are none
+    QString fullName;
+    mutable int lookups = 0;
 };
 
 class Geometry : public GeometryDelegate
@@ -91,10 +106,20 @@ public:
     void recordingStopped() override {}
     QVariant desktopImage() const override { return desktop; }
     QImage qImage(const SharedPtr<Object> &) const override { return picture; }
+    bool possibleNameMatch(const PropertyMap &entry, const PropertyMap &) const override
+    {
+        return !entry.contains(u"never"_s);
+    }
+    void parseDescriptorData(const QByteArray &data) override
+    {
+        if (onDescriptor)
+            onDescriptor(data);
+    }
 
     QString reason;
     QVariant desktop;
     QImage picture;
+    std::function<void(const QByteArray &)> onDescriptor;
 
 private:
     bool isReady() const
@@ -103,19 +128,6 @@ private:
             Inspector::self()->setError(reason);
         return reason.isEmpty();
     }
-};
-
-class Plugin : public PlatformPlugin
-{
-public:
-    QString name() override { return u"recording"_s; }
-    NativeInterface *nativeInterface() override { return &native; }
-    WidgetHighlighter *widgetHighlighter() override { return &m_highlighter; }
-
-    RecordingNativeInterface native;
-
-private:
-    NullWidgetHighlighter m_highlighter;
 };
 
 /// All of it, for one test.
@@ -129,6 +141,8 @@ struct Session
         geometry = places;
         geometry->bounds = NativeRect::at(10, -20, 50, 30);
         hierarchy->thing = thing;
+        hierarchy->properties.clear();
+        hierarchy->fullName = u"{text='%1'}"_s;
         (void)Inspector::self()->lastError();
         hook = new Hook(new IPC(new NullMessageChannel, {}, nullptr, nullptr), Hook::NoRunner, wrapper.get(),
                         new AUTProcess, platform, 0);

@@ -1,33 +1,17 @@
-#include "hook/autprocess.h"
-#include "hook/hook.h"
-#include "hook/wrapper.h"
+#include "things.h"
+
 #include "support/fakerunner.h"
-#include "support/recorders.h"
 
 #include <QAbstractEventDispatcher>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
-using namespace Qt::StringLiterals;
-using Vorkel::Hook;
+using namespace Things;
 
 namespace {
 
-class TinyWrapper : public Vorkel::Wrapper
-{
-public:
-    std::function<void(const QByteArray &)> onDescriptor;
-
-    QString name() const override { return u"tiny"_s; }
-    bool ownsObject(const Vorkel::SharedPtr<Vorkel::Object> &) const override { return false; }
-    bool isObjectReady(const Vorkel::SharedPtr<Vorkel::Object> &) const override { return true; }
-    void setSpying(bool) override {}
-    void recordingStopped() override {}
-    void parseDescriptorData(const QByteArray &data) override { onDescriptor(data); }
-};
-
-QByteArray sent(const QString &name, const Vorkel::ArgumentList &arguments = {})
+QByteArray sent(const QString &name, const ArgumentList &arguments = {})
 {
     return Bytes::message({ 9, Bytes::Send, 1 }, Bytes::invocation(name, arguments));
 }
@@ -36,19 +20,19 @@ QByteArray sent(const QString &name, const Vorkel::ArgumentList &arguments = {})
 struct Script
 {
     FakeRunner runner;
-    TinyWrapper wrapper;
+    ThingWrapper wrapper;
     LogCapture log;
 
-    explicit Script(const char *runnerId = "7")
+    Script()
     {
-        qputenv("VORKEL_RUNNERID", runnerId);
+        qputenv("VORKEL_RUNNERID", "7");
         qputenv("VORKEL_APPID", "9");
     }
     [[nodiscard]] QPointer<Hook> create(const QByteArray &messages)
     {
         FSocket *socket = runner.connectedSocket();
         runner.write(Bytes::handshake({ 9, 7, 4, u"app"_s }) + messages);
-        return Hook::createHookForConnection(socket, &wrapper, new Vorkel::AUTProcess, nullptr, 3);
+        return Hook::createHookForConnection(socket, &wrapper, new AUTProcess, nullptr, 3);
     }
 };
 
@@ -61,7 +45,6 @@ class tst_bringup : public QObject
 
 private slots:
     void takesConnection();
-    void needsRunnerId();
     void outlivesItsConstructor();
     void goesInsideNestedWait();
 };
@@ -78,7 +61,7 @@ void tst_bringup::takesConnection()
     QCOMPARE(descriptor, bytes + '\0');
     hook->addWrapper(&script.wrapper);
     hook->addWrapper(nullptr);
-    QCOMPARE(hook->wrappers(), QList<Vorkel::Wrapper *> { &script.wrapper });
+    QCOMPARE(hook->wrappers(), QList<Wrapper *> { &script.wrapper });
     for (int i = 0; i < 2; ++i)
         hook->notifyApplicationExit();
     hook->send(u"end"_s, {});
@@ -86,17 +69,6 @@ void tst_bringup::takesConnection()
     while (!heard.endsWith(u"send 9>1 end()"_s))
         heard << Bytes::told(script.runner.readMessage());
     QCOMPARE(heard.filter(u"appAboutToExit"_s), QStringList { u"send 9>7 appAboutToExit(9)"_s });
-}
-
-void tst_bringup::needsRunnerId()
-{
-    Script script("-7");
-    qunsetenv("VORKEL_APPID");
-    const std::unique_ptr<Hook> hook(script.create({}));
-    QCOMPARE(hook->runnerId(), 0);
-    QCOMPARE(script.log.takeLines().join(u'|'),
-             u"VORKEL_RUNNERID was not set, set to an empty string or is not a positive number|"
-             "VORKEL_APPID was not set or set to a null string"_s);
 }
 
 // The connection ends inside an event loop that a handler runs while the constructor is on the stack.

@@ -88,11 +88,6 @@ private:
     }
 };
 
-bool isNothing(const QVariant &reply)
-{
-    return !reply.isValid() || reply.toByteArray().isEmpty();
-}
-
 } // namespace
 
 class tst_components : public QObject, CalledHook

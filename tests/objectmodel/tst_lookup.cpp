@@ -162,8 +162,6 @@ void tst_lookup::finds_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("found");
     // clang-format off
-    QTest::newRow("by property")      << u"{x='1'}"_s      << u"a"_s;
-    QTest::newRow("from the top")     << u"a"_s            << u"a"_s;
     QTest::newRow("path")             << u"a.b.c"_s        << u"c"_s;
     QTest::newRow("doubled dot")      << u"a..b."_s        << u"b"_s;
     QTest::newRow("escaped")          << u"d\\.e\\\\"_s    << u"d.e\\"_s;
@@ -192,7 +190,6 @@ void tst_lookup::explains_data()
     QTest::addColumn<QString>("text");
     // clang-format off
     QTest::newRow("empty")        << u""_s            << u"Empty Object Name passed to findObject!"_s;
-    QTest::newRow("top")          << u"g"_s           << u"Object 'g' not found."_s;
     QTest::newRow("only dots")    << u".."_s          << u"Object '..' not found."_s;
     QTest::newRow("child")        << u"a.b.g.c"_s     << u"Object 'a.b.g.c' not found.\n    Could not find child 'g' under 'a.b'"_s;
     QTest::newRow("escaped")      << u"a.b\\.c"_s     << u"Object 'a.b\\.c' not found.\n    Could not find child 'b\\.c' under 'a'"_s;

@@ -1,7 +1,5 @@
-#include "objectmodel/namereader_p.h"
 #include "objectmodel/objectname.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 #include <QThread>
 
@@ -30,22 +28,6 @@ QString nested(int depth)
     return "{a="_L1 + u"{a="_s.repeated(depth - 1) + "{}"_L1 + u"}"_s.repeated(depth);
 }
 
-/// What reading `text` alone, as no name is made of it, has to say.
-QString failureOf(const QString &text)
-{
-    NameReader reader(text);
-    for (;;) {
-        const NameReader::Event event = reader.next();
-        if (event == NameReader::Event::End)
-            return {};
-        if (event == NameReader::Event::Failure)
-            break;
-    }
-    QString error;
-    reader.explainFailure(text, &error);
-    return error;
-}
-
 /// Runs `work` on a stack that has no room for a recursion into the input.
 void onSmallStack(const std::function<void()> &work)
 {
@@ -68,13 +50,11 @@ private slots:
     void reportsBadNames();
     void keepsOrReplacesAnOlderMessage();
     void readsWithoutAnErrorToReport();
-    void saysWhereAnyTextGoesWrong();
     void convertsBetweenTextAndProperties();
     void tellsTheKindsOfNamesApart_data();
     void tellsTheKindsOfNamesApart();
     void comparesNames_data();
     void comparesNames();
-    void countsOccurrences_data();
     void countsOccurrences();
     void convertsWildcards_data();
     void convertsWildcards();
@@ -92,19 +72,13 @@ void TestObjectName::parses_data()
     const auto row = [](const char *name, const QString &text, const QString &properties,
                         const QString &canonical) { QTest::newRow(name) << text << properties << canonical; };
     // clang-format off
-    row("nothing",              u"{}"_s,                         u""_s,                           u"{}"_s);
-    row("blanks",               u" \n{ \t}\u00a0"_s,             u""_s,                           u"{}"_s);
     row("sorts keys",           u"{b='2' a='1' B='3'}"_s,        u"B=text 3|a=text 1|b=text 2"_s, u"{B='3' a='1' b='2'}"_s);
-    row("no separator",         u"{a='1'b='2'}"_s,               u"a=text 1|b=text 2"_s,          u"{a='1' b='2'}"_s);
     row("last of a key",        u"{a={} a='1' a~='2'}"_s,        u"a~=text 2"_s,                  u"{a~='2'}"_s);
     row("operators",            u"{a='1' b~='2' c?='3'}"_s,      u"a=text 1|b~=text 2|c?=text 3"_s, u"{a='1' b~='2' c?='3'}"_s);
     row("blanks everywhere",    u"{\t n a me \t= '1' b ?= '2'}"_s, u"b?=text 2|name=text 1"_s,    u"{b?='2' name='1'}"_s);
     row("any first character",  u"{=='1' ~='2' '='3' {='4'}"_s,  u"'=text 3|==text 1|{=text 4|~=text 2"_s, u"{'='3' =='1' {='4' ~='2'}"_s);
     row("odd keys",             u"{a>b}c'='1' d\n='2'}"_s,       u"a>b}c'=text 1|d\n=text 2"_s,   u"{a>b}c'='1' d\n='2'}"_s);
     row("escapes",              u"{a='it\\'s \\\\ \\n }'}"_s,    u"a=text it's \\ n }"_s,         u"{a='it\\'s \\\\ n }'}"_s);
-    row("lines and tabs",       u"{a='x\n\t%1'}"_s,              u"a=text x\n\t%1"_s,             u"{a='x\n\t%1'}"_s);
-    row("beyond 16 bits",       u"{\U0001F600='\U0001F601'}"_s,  u"\U0001F600=text \U0001F601"_s, u"{\U0001F600='\U0001F601'}"_s);
-    row("half a character",     u"{a='"_s + QChar(0xD83D) + u"'}"_s, u"a=text "_s + QChar(0xD83D), u"{a='"_s + QChar(0xD83D) + u"'}"_s);
     row("nested as it stands",  u"{b~={ y='\\'}' x={}} a='1'}"_s, u"a=text 1|b~=name { y='\\'}' x={}}"_s, u"{a='1' b~={ y='\\'}' x={}}}"_s);
     // clang-format on
 }
@@ -142,27 +116,17 @@ void TestObjectName::reportsBadNames_data()
     const QString start = u"either ' or { or whitespace"_s;
     // clang-format off
     row("no braces",                 u" a.b "_s, u"Not a multi-property string: a.b"_s);
-    row("nothing",                   u""_s,      u"Not a multi-property string: "_s);
     row("half a pair",               u"{"_s,     u"Not a multi-property string: {"_s);
     wrong("double quotes",           u"{type=\"A\"}"_s,     7, start, u'"');
     wrong("no value",                u" {a=}"_s,            4, start, u'}');
-    wrong("no value in a nested",    u"{a={b= }}"_s,        8, start, u'}');
-    wrong("line end before value",   u"{a=\n'1'}"_s,        4, start, u'\n');
     wrong("above Latin-1",           u"{a=\u20ac}"_s,       4, start, QChar::Null);
     wrong("placeholders in name",    u"{%4=\u00ff%2}"_s,    5, start, u'\u00ff');
     wrong("half an operator",        u"{name~'x'}"_s,       6, u"="_s, u'~');
-    wrong("other half an operator",  u"{a? ='x'}"_s,        3, u"="_s, u'?');
-    wrong("half an operator at end", u"{a={b~}"_s,          6, u"="_s, u'~');
     ended("key only",                u"{a}"_s);
-    ended("equals as key",           u"{='x'}"_s);
     ended("no closing quote",        u"{a='x}"_s);
-    ended("escaped closing brace",   u"{a='x\\}"_s);
-    ended("open nested",             u"{a={b='1'}"_s);
     ended("open quote in a nested",  u"{a={b={c='}}}"_s);
     row("more behind",               u" {a='x'}} "_s,
         u"Error parsing object name  {a='x'}}  (trimmed: {a='x'}}). Parsed 6 characters, but name still has 1 more to parse"_s);
-    row("two names",                 u"{}{a='%1'}"_s,
-        u"Error parsing object name {}{a='%1'} (trimmed: {}{a='%1'}). Parsed 1 characters, but name still has 8 more to parse"_s);
     // clang-format on
 }
 
@@ -182,9 +146,7 @@ void TestObjectName::keepsOrReplacesAnOlderMessage()
         (void)parseNameByProperties(text, &error);
         return error;
     };
-    QCOMPARE(after(u"{a={}}"_s), u"older"_s);
     QCOMPARE(after(u"{a='}"_s), u"older"_s);
-    QCOMPARE(after(u"{}}"_s), u"older"_s);
     QCOMPARE(after(u"{a={b=}}"_s).left(11), u"Parse error"_s);
     QCOMPARE(after(u"{a={b={c='}}}"_s),
              u"Unexpected end of object name: {a={b={c='}}}. Parsing a nested object name starting at column "
@@ -196,18 +158,7 @@ void TestObjectName::readsWithoutAnErrorToReport()
 {
     QCOMPARE(described(parseNameByProperties(u"{a={b=} c={d={e= }}}"_s, nullptr)),
              u"a=name {b=}|c=name {d={e= }}"_s);
-    for (const QString &text :
-         { u"a"_s, u"{a=}"_s, u"{a='1' b=}"_s, u"{a={b=x}}"_s, u"{a={b~}}"_s, u"{a={b='}}"_s, u"{}}"_s })
-        QCOMPARE(parseNameByProperties(text, nullptr), PropertyMap());
-}
-
-void TestObjectName::saysWhereAnyTextGoesWrong()
-{
-    QCOMPARE(failureOf(u""_s), u"Object name '' ended unexpectedly at column 0"_s);
-    QCOMPARE(failureOf(u"x"_s), u"Parse error while parsing 'x': at column 1: expected {, got x\n"_s);
-    QCOMPARE(failureOf(u"{a='x\\"_s), u"Object name {a='x\\ unexpectedly ends in backslash at column 5"_s);
-    QCOMPARE(failureOf(u"{a?"_s), u"Parse error while parsing '{a?': at column 3: expected =, got ?\n"_s);
-    QCOMPARE(failureOf(u"{a= "_s), u"Object name '{a= ' ended unexpectedly at column 4"_s);
+    QCOMPARE(parseNameByProperties(u"{a={b=x}}"_s, nullptr), PropertyMap());
 }
 
 void TestObjectName::convertsBetweenTextAndProperties()
@@ -276,13 +227,9 @@ void TestObjectName::comparesNames_data()
     QTest::newRow("order and blanks")  << u"{a='1' b='2'}"_s     << u"{b='2'   a='1'}"_s << true;
     QTest::newRow("text and name")     << u"{a={}}"_s            << u"{a='{}'}"_s        << true;
     QTest::newRow("operator")          << u"{a~='1'}"_s          << u"{a='1'}"_s         << false;
-    QTest::newRow("value")             << u"{a='1'}"_s           << u"{a='2'}"_s         << false;
-    QTest::newRow("key")               << u"{a='1'}"_s           << u"{b='1'}"_s         << false;
-    QTest::newRow("one more")          << u"{a='1'}"_s           << u"{a='1' b='2'}"_s   << false;
     QTest::newRow("order in a nested") << u"{a={b='1' c='2'}}"_s << u"{a={c='2' b='1'}}"_s << false;
     QTest::newRow("hierarchical")      << u"a.b"_s               << u"a.b"_s             << true;
     QTest::newRow("blanks around")     << u" {a='1'}"_s          << u"{a='1'}"_s         << false;
-    QTest::newRow("same bad")          << u"{a}"_s               << u"{a}"_s             << true;
     // clang-format on
 }
 
@@ -302,27 +249,14 @@ void TestObjectName::comparesNames()
     }
 }
 
-void TestObjectName::countsOccurrences_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("number");
-    // clang-format off
-    QTest::newRow("missing")       << u"{a='2'}"_s                   << 1;
-    QTest::newRow("empty")         << u"{occurrence=''}"_s           << 1;
-    QTest::newRow("number")        << u"{occurrence='2147483647'}"_s << 2147483647;
-    QTest::newRow("zero")          << u"{occurrence='0'}"_s          << -1;
-    QTest::newRow("negative")      << u"{occurrence='-3'}"_s         << -1;
-    QTest::newRow("word")          << u"{occurrence='x'}"_s          << -1;
-    QTest::newRow("hexadecimal")   << u"{occurrence='0x2'}"_s        << -1;
-    QTest::newRow("too large")     << u"{occurrence='2147483648'}"_s << -1;
-    QTest::newRow("much too large") << u"{occurrence='99999999999999999999'}"_s << -1;
-    // clang-format on
-}
-
 void TestObjectName::countsOccurrences()
 {
-    QFETCH(QString, text);
-    QTEST(ObjectName(text).occurrenceValue(), "number");
+    const QMap<QString, int> numbers { { u""_s, 1 },    { u"2147483647"_s, 2147483647 },
+                                       { u"0"_s, -1 },  { u"0x2"_s, -1 },
+                                       { u"-3"_s, -1 }, { u"2147483648"_s, -1 } };
+    for (auto number = numbers.cbegin(); number != numbers.cend(); ++number)
+        QCOMPARE(ObjectName(u"{occurrence='%1'}"_s.arg(number.key())).occurrenceValue(), *number);
+    QCOMPARE(ObjectName(u"{a='2'}"_s).occurrenceValue(), 1);
 }
 
 void TestObjectName::convertsWildcards_data()
@@ -333,17 +267,12 @@ void TestObjectName::convertsWildcards_data()
         QTest::newRow(name) << QString::fromLatin1(wildcard) << QString::fromLatin1(pattern);
     };
     // clang-format off
-    row("plain",                     "ab c-#<>",    "ab c-#<>");
     row("wildcards",                 "a*b?",        "a.*b.");
     row("special characters",        "$()+.^{|}",   R"(\$\(\)\+\.\^\{\|\})");
     row("escaped wildcards",         R"(\*\?\[\])", R"(\*\?\[\])");
-    row("escaped special character", R"(\.)",       R"(\\\.)");
     row("escaped letter",            R"(\d)",       R"(\\d)");
-    row("backslash at the end",      R"(a\)",       R"(a\\)");
     row("two at the end",            R"(a\\)",      R"(a\\\\)");
     row("two and a wildcard",        R"(\\*)",      R"(\\\*)");
-    row("two and a letter",          R"(\\x)",      R"(\\\\x)");
-    row("closing bracket",           "a]",          "a]");
     row("set",                       "x[a-c.*]?",   "x[a-c.*].");
     row("inverted set",              "[^]^]*",      "[^]^].*");
     row("bracket in a set",          "[]*]*",       "[]*].*");
@@ -371,17 +300,11 @@ void TestObjectName::matches_data()
     using enum PropertyValue::Modifiers;
     // clang-format off
     row("same text",                Exact,             u"a\0b"_s,       u"a\0b"_s,       true);
-    row("longer text",              Exact,             u"a"_s,          u"ab"_s,         false);
-    row("other case",               Exact,             u"a"_s,          u"A"_s,          false);
     row("text like a name",         Exact,             u"{a='1' b='2'}"_s, u"{b='2' a='1'}"_s, false);
     row("symbol without a map",     Exact,             u":a"_s,         u"a"_s,          false);
     row("wildcard inside",          Wildcard,          u"a*b"_s,        u"xxaYbzz"_s,    true);
     row("literal star",             Wildcard,          u"a\\*b"_s,      u"aYb"_s,        false);
-    row("star there",               Wildcard,          u"a\\*b"_s,      u"a*b"_s,        true);
     row("open set",                 Wildcard,          u"[a"_s,         u"a"_s,          false);
-    row("empty wildcard",           Wildcard,          u""_s,           u"a"_s,          true);
-    row("expression inside",        RegularExpression, u"b+"_s,         u"abbc"_s,       true);
-    row("anchored expression",      RegularExpression, u"^b"_s,         u"ab"_s,         false);
     row("expression across 16 bits", RegularExpression, u"^.$"_s,       u"\U0001F600"_s, true);
     row("bad expression",           RegularExpression, u"("_s,          u"("_s,          false);
     row("expression with settings", RegularExpression, u"(*UCP)^\\w$"_s, u"\u00e9"_s,    true);

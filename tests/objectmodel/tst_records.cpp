@@ -71,27 +71,6 @@ private slots:
         QCOMPARE(recordOf(*Inspector::self()->globalNamespace()), hex("00000000" + Null + "ffffffff"));
     }
 
-    void classesSayWhatTheyHave()
-    {
-        const QByteArray square = recordOf(*squareClass());
-        QDataStream stream(square);
-        stream.setVersion(QDataStream::Qt_2_1);
-        qint32 id = 0;
-        qint32 number = 0;
-        QString name;
-        QString above;
-        stream >> id >> name >> number >> number >> above >> number;
-        QCOMPARE(id, squareClass()->id());
-        QCOMPARE(name, QStringLiteral("Square"));
-        QCOMPARE(above, QStringLiteral("Shape"));
-        QList<qint32> counts;
-        for (int i = 0; i < 5; ++i) {
-            stream >> number;
-            counts.append(number);
-        }
-        QCOMPARE(counts, (QList<qint32> { 0, 1, 0, 0, 0 }));
-    }
-
     void readersMirrorWriters()
     {
         Method method(nullptr, Argument(), QString(), Signature(), false, -1);
@@ -105,17 +84,6 @@ private slots:
         readInto(&colours, recordOf(*shapeClass()->enumerator(0)));
         QCOMPARE(colours.count(), 3);
         QCOMPARE(colours.valueToKey(4, nullptr), QStringLiteral("Blue"));
-    }
-
-    void shortStreamsEnd()
-    {
-        const QByteArray whole = recordOf(*squareClass()->method(2)) + QByteArray(8, '\x7f');
-        for (qsizetype length = 0; length < whole.size(); ++length) {
-            Method method(nullptr, Argument(), QString(), Signature(), false, -1);
-            readInto(&method, whole.first(length));
-            Enum colours(shapeClass());
-            readInto(&colours, whole.first(length));
-        }
     }
 
     void valuesTravelWithoutTheirTypes()

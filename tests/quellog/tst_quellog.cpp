@@ -219,7 +219,6 @@ void tst_quellog::reports_data()
     row("any case, blanks",     "categories", u" hook, ipc ,"_s, two);
     row("parts of a name",      "categories", u"Hoo,ook,Hook2,*I,NAMEREUSE"_s, {"from names"});
     row("explicit target",      "categories", u"Hook,IPC@stderr"_s, two);
-    row("empty target",         "categories", u"Hook,IPC@"_s, two);
     row("lazily",               "laziness", u"IPC"_s, {});
     row("errno kept",           "errno", u"Hook"_s, {"errno value=1", "errno value=1"});
     row("to a broken pipe",     "pipe", u"Hook"_s, {});

@@ -20,14 +20,19 @@ struct Connection
 {
     FakeRunner runner;
     FSocket *socket = runner.connectedSocket();
-    const std::unique_ptr<TCPMessageChannel> channel = std::make_unique<TCPMessageChannel>(socket);
+    std::unique_ptr<TCPMessageChannel> channel = std::make_unique<TCPMessageChannel>(socket);
     QByteArrayList arrived;
+    std::function<void()> onMessage; ///< done once, when the next message has arrived
     QSignalSpy closed { channel.get(), &AsyncMessageChannel::channelClosed };
 
     Connection()
     {
         QObject::connect(channel.get(), &AsyncMessageChannel::messageArrived,
-                         [this](const QByteArray &message) { arrived << message; });
+                         [this](const QByteArray &message) {
+                             arrived << message;
+                             if (const auto deed = std::exchange(onMessage, nullptr))
+                                 deed();
+                         });
     }
 
     /// Sends `piece` and lets the channel read it.
@@ -44,6 +49,7 @@ struct Connection
 };
 
 const QByteArray someMessage(4, '?');
+const QByteArrayList three { Bytes::framed("1"), Bytes::framed("2"), Bytes::framed("3") };
 
 } // namespace
 
@@ -55,6 +61,9 @@ class tst_framing : public QObject
 private slots:
     void delivers_data();
     void delivers();
+    void reachesEventLoopsInside();
+    void reachesEventLoopsAfterWait();
+    void forgetsTheRestWithTheChannel();
     void waitsForMessages();
     void closesInSilence();
     void noticesEndOfStream();
@@ -106,6 +115,39 @@ void tst_framing::delivers()
         QCOMPARE(connection.closed.size(), endsBadly ? 1 : 0);
         QVERIFY(!endsBadly || connection.runner.readToEnd());
     }
+}
+
+// Of messages that arrive together, the first one's receiver runs an event loop.
+void tst_framing::reachesEventLoopsInside()
+{
+    Connection connection;
+    bool inside = false;
+    connection.onMessage = [&] {
+        QTRY_COMPARE(connection.arrived, three);
+        inside = true;
+    };
+    connection.runner.write(three.join());
+    QTRY_VERIFY(inside);
+    QCOMPARE(connection.arrived, three);
+}
+
+void tst_framing::reachesEventLoopsAfterWait()
+{
+    Connection connection;
+    connection.runner.write(three.join());
+    QCOMPARE(connection.channel->waitForSingleMessage(-1).value(), three.first());
+    QCOMPARE(connection.arrived.size(), 1);
+    QTRY_COMPARE(connection.arrived, three);
+}
+
+void tst_framing::forgetsTheRestWithTheChannel()
+{
+    Connection connection;
+    connection.onMessage = [&] { connection.channel.reset(); };
+    connection.runner.write(three.join());
+    QTRY_VERIFY(!connection.channel);
+    QCoreApplication::processEvents();
+    QCOMPARE(connection.arrived.size(), 1);
 }
 
 void tst_framing::waitsForMessages()

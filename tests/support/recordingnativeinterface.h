@@ -2,6 +2,7 @@
 
 #include "hook/platform/nativeinterface.h"
 #include "hook/platform/nativeinterfaceforwarder.h"
+#include "hook/platform/platformplugin.h"
 
 #include <functional>
 
@@ -104,4 +105,18 @@ private:
     {
         return noted.isOk() ? Result<T>(value) : Result<T>::failure(noted.error());
     }
+};
+
+/// Reaches that platform.
+class RecordingPlugin : public Vorkel::PlatformPlugin
+{
+public:
+    QString name() override { return QStringLiteral("recording"); }
+    Vorkel::NativeInterface *nativeInterface() override { return &native; }
+    Vorkel::WidgetHighlighter *widgetHighlighter() override { return &m_highlighter; }
+
+    RecordingNativeInterface native;
+
+private:
+    Vorkel::NullWidgetHighlighter m_highlighter;
 };

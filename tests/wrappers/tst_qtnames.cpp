@@ -195,10 +195,6 @@ void tst_qtnames::choosesWhatLasts_data()
         QTest::newRow(tag) << build << name;
     };
     // clang-format off
-    row("object name",    [](QMainWindow *window) { add<QPushButton>(window, u"OK"_s, u"okButton"_s); },
-        u"{name='okButton' type='QPushButton' window={type='QMainWindow' windowTitle='Main'}}"_s);
-    row("text as seen",   [](QMainWindow *window) { add<QPushButton>(window, u"&OK"_s); },
-        u"{text='OK' type='QPushButton' window={type='QMainWindow' windowTitle='Main'}}"_s);
     row("label",          labelled,
         u"{buddy={text='First' type='QLabel' window={type='QMainWindow' windowTitle='Main'}} type='QLineEdit'}"_s);
     row("hint",           labelled,

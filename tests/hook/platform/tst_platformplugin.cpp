@@ -1,4 +1,3 @@
-#include "hook/platform/nullplatformplugin.h"
 #include "hook/platform/platformpluginsynchronizer.h"
 #include "support/recordingnativeinterface.h"
 
@@ -14,16 +13,6 @@ using namespace Vorkel;
 namespace {
 
 constexpr NativePoint There = NativePoint::at(3, 4);
-
-class RecordingPlugin : public PlatformPlugin
-{
-public:
-    [[nodiscard]] QString name() override { return u"recording"_s; }
-    [[nodiscard]] NativeInterface *nativeInterface() override { return &native; }
-    [[nodiscard]] WidgetHighlighter *widgetHighlighter() override { return nullptr; }
-
-    RecordingNativeInterface native;
-};
 
 /// Uses the plug-in on threads of its own.
 class ThreadSynchronizer : public PlatformPluginSynchronizer
@@ -117,7 +106,6 @@ private slots:
     void loading_data();
     void loading();
     void x11();
-    void nullRefuses();
     void operationsArePassedOn();
     void failedCallsFail();
     void recordingAnswersOnTheCallersThread();
@@ -149,7 +137,6 @@ void TestPlatformPlugin::loading_data()
     QTest::addColumn<QString>("expected"); // %1 is the folder
 
     // clang-format off
-    QTest::newRow("plain name")       << u"vorkelgood.so=good"_s                          << u"loaded: parameter"_s;
     QTest::newRow("library name")     << u"libvorkelgood.so=good"_s                       << u"loaded: parameter"_s;
     QTest::newRow("plain name first") << u"vorkelgood.so=good libvorkelgood.so=noentry"_s << u"loaded: parameter"_s;
     QTest::newRow("no file")          << u"vorkelother.so=good"_s                         << u"Platform plugin 'good' library not found"_s;
@@ -188,18 +175,6 @@ void TestPlatformPlugin::x11()
     const std::unique_ptr<PlatformPlugin> missing(createX11PlatformPlugin(":7"));
     QCOMPARE(missing->name(), u"null"_s);
     QVERIFY(reason(*missing).startsWith(u"Loading of the '%1' library failed: /"_s.arg(broken)));
-}
-
-void TestPlatformPlugin::nullRefuses()
-{
-    NullPlatformPlugin plugin(u"gone"_s);
-    const std::unique_ptr<NativeInterface> native(plugin.nativeInterface()->threadSafeCopy());
-    QCOMPARE(native->doubleClick(MouseButton::LeftButton, {}, 0).error(), u"gone"_s);
-    QCOMPARE(native->pointerDrag(There, 1, 1, 1).error(), u"gone"_s);
-    QCOMPARE(native->desktopScreenshot({}, 0).error, u"gone"_s);
-    QVERIFY(!native->pointerPosition().value().defined);
-    QVERIFY(native->pressReleaseModifiers(1, false).isOk());
-    QCOMPARE(native->pressReleaseModifiers(1, true).error(), u"gone"_s);
 }
 
 void TestPlatformPlugin::operationsArePassedOn()
