@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 namespace Vorkel {
 
@@ -24,7 +25,7 @@ signals:
     void inputHandled();
 
 private:
-    QObject *m_watched = nullptr; // the application object
+    QPointer<QObject> m_watched; // the application object
 };
 
 } // namespace Vorkel
