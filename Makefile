@@ -78,4 +78,4 @@ cleanroom: ## run make demo and make test on a new minimal Debian 12
 	@scripts/cleanroom
 
 clean: ## remove what was built; downloads stay
-	@rm -rf $(addprefix build/,release debug asan tsan fuzz bench armhf demo)
+	@rm -rf $(addprefix build/,release debug asan tsan fuzz bench armhf demo tidy)

@@ -35,6 +35,15 @@ if(VORKEL_FUZZ)
     add_compile_definitions(QT_FORCE_ASSERTS)
 endif()
 
+# vorkel_precompile(<target>)
+# The targets share one compilation of what nearly every file includes, which halves the time of a build. No file may
+# lean on that: builds with sanitizers do without. Clang does, too, since it wants all definitions to be the same.
+function(vorkel_precompile target)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT VORKEL_SANITIZE)
+        target_precompile_headers(${target} REUSE_FROM vorkel_precompiled)
+    endif()
+endfunction()
+
 # vorkel_folder(<target> SOURCES <file>... LINKS <target>...)
 # One folder of src: a static library that sees only what it links.
 function(vorkel_folder target)
@@ -42,6 +51,7 @@ function(vorkel_folder target)
     add_library(${target} STATIC ${arg_SOURCES})
     target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${target} PUBLIC ${arg_LINKS} PRIVATE vorkel_options)
+    vorkel_precompile(${target})
 endfunction()
 
 # vorkel_test(<name> SOURCES <file>... LINKS <target>...)
@@ -50,6 +60,7 @@ function(vorkel_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LINKS} Qt6::Test vorkel_options)
+    vorkel_precompile(${name})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT QT_QPA_PLATFORM=offscreen)

@@ -8,8 +8,9 @@
 #include <functional>
 #include <memory>
 
-struct _XDisplay;
-union _XEvent;
+// X's own names.
+struct _XDisplay; // NOLINT(bugprone-reserved-identifier)
+union _XEvent; // NOLINT(bugprone-reserved-identifier)
 
 namespace Vorkel {
 

@@ -1,0 +1,1 @@
+// Holds nothing but the headers that the other targets share.
