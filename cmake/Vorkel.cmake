@@ -17,7 +17,9 @@ set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 add_library(vorkel_options INTERFACE)
 target_compile_options(vorkel_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wno-psabi -Werror)
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wno-psabi -Werror
+    # Programs, too, as Qt wants it on most platforms: so they share with libraries what is precompiled.
+    -fPIC)
 target_compile_definitions(vorkel_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
     QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
