@@ -200,7 +200,7 @@ Failure RemoteObjects::getProperty(const ObjectHandle &object, const QString &pr
 {
     const PropertyRecord *record = nullptr;
     QString className;
-    if (const Failure failure = findProperty(object, property, &record, &className); failure.isFailure())
+    if (const Failure failure = findProperty(object, property, &record, &className); !record)
         return failure;
     return propertyText(object, *record,
                         QStringLiteral("property '%1' of %2 has no value").arg(property, className), value);
@@ -210,7 +210,7 @@ Failure RemoteObjects::getProperty(const ObjectHandle &object, const QString &pr
 {
     const PropertyRecord *record = nullptr;
     QString className;
-    if (const Failure failure = findProperty(object, property, &record, &className); failure.isFailure())
+    if (const Failure failure = findProperty(object, property, &record, &className); !record)
         return failure;
     ObjectHandle got;
     const Failure failure =
@@ -244,7 +244,7 @@ Failure RemoteObjects::setProperty(const ObjectHandle &object, const QString &pr
 {
     const PropertyRecord *record = nullptr;
     QString className;
-    if (const Failure failure = findProperty(object, property, &record, &className); failure.isFailure())
+    if (const Failure failure = findProperty(object, property, &record, &className); !record)
         return failure;
     if (!record->isWritable())
         return refused(QStringLiteral("property '%1' of %2 is read-only").arg(property, className));

@@ -8,9 +8,8 @@
 #include <functional>
 #include <memory>
 
-// X's own names.
-struct _XDisplay; // NOLINT(bugprone-reserved-identifier)
-union _XEvent; // NOLINT(bugprone-reserved-identifier)
+struct _XDisplay;
+union _XEvent;
 
 namespace Vorkel {
 

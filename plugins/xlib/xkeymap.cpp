@@ -210,7 +210,8 @@ int XKeyMap::levelOf(const XKey &key, unsigned modifiers) const
 {
     if (XkbKeyNumGroups(m_map.get(), key.keyCode) == 0)
         return 0;
-    const XkbKeyTypePtr type = XkbKeyKeyType(m_map.get(), key.keyCode, groupOf(key.keyCode, key.group));
+    const XkbKeyTypeRec *const type =
+            XkbKeyKeyType(m_map.get(), key.keyCode, groupOf(key.keyCode, key.group));
     for (int i = 0; i < type->map_count; ++i) {
         const XkbKTMapEntryRec &entry = type->map[i];
         if (entry.active && entry.mods.mask == (modifiers & type->mods.mask))
