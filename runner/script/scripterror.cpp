@@ -111,7 +111,7 @@ void place(const QString &url, const QString &name, bool isSyntaxError, ScriptEr
         findCall(lines, name, error);
     if (error->line < 1 || error->line > lines.size())
         return;
-    const QString source = lines.at(error->line - 1);
+    const QString &source = lines.at(error->line - 1);
     const auto first = std::find_if(source.begin(), source.end(), [](QChar c) { return !c.isSpace(); });
     if (error->column == 0)
         error->column = static_cast<int>(first - source.begin()) + 1;

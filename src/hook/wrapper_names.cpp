@@ -24,6 +24,7 @@ QString entryThatFinds(const ObjectMap &map, const SharedPtr<Object> &object, co
                        const Wrapper &wrapper)
 {
     // Looking an entry up may run code of the application, and a new map may come meanwhile.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const QMap<QString, ObjectName> entries = map.symbolicNames();
     for (const ObjectName &entry : entries) {
         if (!entry.isMultiProperty() || !wrapper.possibleNameMatch(entry.properties(), computed.properties()))

@@ -8,6 +8,7 @@
 
 #include <QDataStream>
 
+#include <cmath>
 #include <limits>
 #include <type_traits>
 
@@ -77,7 +78,7 @@ To numberAs(From value)
         return value != From(0);
     } else if constexpr (std::is_floating_point_v<From> && std::is_integral_v<To>) {
         if (!(value > static_cast<From>(std::numeric_limits<To>::min())))
-            return value != value ? To(0) : std::numeric_limits<To>::min();
+            return std::isnan(value) ? To(0) : std::numeric_limits<To>::min();
         return value >= static_cast<From>(std::numeric_limits<To>::max()) ? std::numeric_limits<To>::max()
                                                                           : static_cast<To>(value);
     } else {

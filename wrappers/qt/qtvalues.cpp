@@ -131,9 +131,9 @@ QStringList stringsIn(const Object &array)
 QVariant plainValue(const SharedPtr<Object> &object, int depth = 0)
 {
     constexpr int MaxDepth = 64;
-    if (!object || object->isNull() || depth > MaxDepth)
+    const Class *const objectClass = object && !object->isNull() ? object->objectClass() : nullptr;
+    if (!objectClass || depth > MaxDepth)
         return QVariant();
-    const Class *objectClass = object->objectClass();
     if (dynamic_cast<const QtValueClass *>(objectClass))
         return *static_cast<const QVariant *>(object->data());
     if (QObject *wrapped = QtObjects::unwrap(object))
