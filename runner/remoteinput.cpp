@@ -71,12 +71,12 @@ Failure RemoteObjects::clickIfReady(const QVariant &target, int clicks, const Cl
             { target, clicks, settings.at.has_value(), at.x(), at.y(), settings.button, settings.modifiers });
 }
 
-Session::OpenCall RemoteObjects::beginInput(int count, int quietMs)
+Session::PendingCall RemoteObjects::beginInput(int count, int quietMs)
 {
     return m_session->begin(QStringLiteral("awaitInput"), { count, quietMs });
 }
 
-Failure RemoteObjects::awaitInput(const Session::OpenCall &call)
+Failure RemoteObjects::awaitInput(const Session::PendingCall &call)
 {
     ArgumentList handled;
     return m_session->await(call, &handled);

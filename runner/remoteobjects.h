@@ -99,9 +99,9 @@ public:
     /// could. `target` is a name or an id.
     Failure clickIfReady(const QVariant &target, int clicks, const ClickSettings &settings);
     /// The program counts the input that it handles from here on.
-    Session::OpenCall beginInput(int count, int quietMs);
+    Session::PendingCall beginInput(int count, int quietMs);
     /// Waits until it has handled so much, or for so long none.
-    Failure awaitInput(const Session::OpenCall &call);
+    Failure awaitInput(const Session::PendingCall &call);
     /// Where the object is on the screen.
     Failure bounds(const ObjectHandle &object, QRect *bounds);
     /// Calls a remote function that answers true, or else has set the last error.

@@ -116,17 +116,17 @@ struct Session::Reply : ResponseListener<ArgumentList>
     std::optional<FunctionCallResult<ArgumentList>> result;
 };
 
-Session::OpenCall Session::begin(const QString &name, const ArgumentList &arguments)
+Session::PendingCall Session::begin(const QString &name, const ArgumentList &arguments)
 {
     const auto call = std::make_shared<Reply>(name);
-    m_openCalls.removeIf([](const OpenCall &other) { return other->result.has_value(); });
-    m_openCalls.append(call);
+    m_pendingCalls.removeIf([](const PendingCall &other) { return other->result.has_value(); });
+    m_pendingCalls.append(call);
     if (isConnected())
         m_application->call(name, arguments, call.get());
     return call;
 }
 
-Failure Session::await(const OpenCall &call, ArgumentList *reply)
+Failure Session::await(const PendingCall &call, ArgumentList *reply)
 {
     const Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(call->function),
                                       [&] { return call->result.has_value(); });
@@ -134,7 +134,7 @@ Failure Session::await(const OpenCall &call, ArgumentList *reply)
 }
 
 /// What a call came to that is over.
-Failure Session::outcome(const OpenCall &call, ArgumentList *values)
+Failure Session::outcome(const PendingCall &call, ArgumentList *values)
 {
     if (!call->result->isOk()) {
         const Failure lost = whyNot();
@@ -154,7 +154,7 @@ Failure Session::callOrLeave(const QString &name, const ArgumentList &arguments,
 {
     if (const Failure lost = whyNot(); lost.isFailure())
         return lost;
-    const OpenCall open = begin(name, arguments);
+    const PendingCall open = begin(name, arguments);
     const QDeadlineTimer moment(MomentMs);
     Failure failure = waitUntil(QStringLiteral("the reply to %1").arg(name),
                                 [&] { return open->result.has_value() || moment.hasExpired(); });

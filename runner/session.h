@@ -45,7 +45,7 @@ class Session : public QObject
 
 public:
     /// A call that has been made and may be awaited, or be forgotten.
-    using OpenCall = std::shared_ptr<Reply>;
+    using PendingCall = std::shared_ptr<Reply>;
 
     explicit Session(const SessionSettings &settings, QObject *parent = nullptr);
     ~Session() override;
@@ -60,9 +60,9 @@ public:
     Failure callOrLeave(const QString &name, const ArgumentList &arguments, ArgumentList *reply);
     /// Only makes the call. The program takes calls in the order in which they were made; whoever wants the
     /// reply awaits it, and may make others before.
-    OpenCall begin(const QString &name, const ArgumentList &arguments);
+    PendingCall begin(const QString &name, const ArgumentList &arguments);
     /// What is left of `call` behind `begin`.
-    Failure await(const OpenCall &call, ArgumentList *reply);
+    Failure await(const PendingCall &call, ArgumentList *reply);
     /// Sends a one-way message.
     Failure send(const QString &name, const ArgumentList &arguments);
 
@@ -95,7 +95,7 @@ signals:
 
 private:
     Failure listen();
-    Failure outcome(const OpenCall &call, ArgumentList *values);
+    Failure outcome(const PendingCall &call, ArgumentList *values);
     [[nodiscard]] QProcessEnvironment programEnvironment(const QString &preload) const;
     Failure waitUntil(const QString &what, const std::function<bool()> &happened);
     Failure endedBeforeConnecting() const;
@@ -111,7 +111,7 @@ private:
     Registrar m_registrar;
     Program m_program;
     Application *m_application = nullptr; // the first one; others are its children
-    QList<OpenCall> m_openCalls; // that may still be answered
+    QList<PendingCall> m_pendingCalls; // that may still be answered
     QElapsedTimer m_sinceStart;
     Milestones m_milestones;
     bool m_interrupted = false;

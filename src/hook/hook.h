@@ -189,6 +189,16 @@ public:
     /// screen. Bits of `flags` say what was given: 1 the object, 2 the modifiers, 4 the button, 8 the point.
     bool mousePress(const SharedPtr<Object> &object, int flags, int x, int y, int button, int modifiers,
                     bool isButton, bool press) const;
+    /// Clicks on an object, which is a name or an id, in the same moment in which it is ready: presses and
+    /// releases once, or twice for a double click. `isPointGiven` says whether x and y count, which are from
+    /// the object's top left corner. Nothing, with the reason as last error, when it is not ready; a failure
+    /// when nobody could click on it at all.
+    std::optional<VoidResult> clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x,
+                                           int y, int button, int modifiers);
+    /// Answers with how much input the application has handled from here on: once that is `count`, or none
+    /// more has come for `quietMs` milliseconds, or somebody else waits. At once, with nothing, where no
+    /// wrapper tells of input.
+    void awaitInput(ResponseListener<ArgumentList> *listener, int count, int quietMs);
 
     // The same without objects; points are native pixels. What the numbers of touches and key codes mean is
     // the platform's own.
@@ -201,16 +211,6 @@ public:
     [[nodiscard]] QStringList nativeCapabilities() const;
     /// Answers with a list of pairs, name and number.
     void getExtraKeys(ResponseListener<ArgumentList> *listener, const ArgumentList &arguments);
-    /// Clicks on an object, which is a name or an id, in the same moment in which it is ready: presses and
-    /// releases once, or twice for a double click. `isPointGiven` says whether x and y count, which are from
-    /// the object's top left corner. Nothing, with the reason as last error, when it is not ready; a failure
-    /// when nobody could click on it at all.
-    std::optional<VoidResult> clickIfReady(const QVariant &target, int clicks, bool isPointGiven, int x,
-                                           int y, int button, int modifiers);
-    /// Answers with how much input the application has handled from here on: once that is `count`, or none
-    /// more has come for `quietMs` milliseconds, or somebody else waits. At once, with nothing, where no
-    /// wrapper tells of input.
-    void awaitInput(ResponseListener<ArgumentList> *listener, int count, int quietMs);
     /// The plug-in's; null without one.
     [[nodiscard]] NativeInterface *nativeInterface() const;
 
@@ -284,8 +284,8 @@ signals:
     void eventHandlerRegistered(const QString &name);
     /// Somebody waits for input. A wrapper that connects to this emits `inputHandled` from here on.
     void inputAwaited();
-    /// From a wrapper: a pressed or released button, a released key other than a modifier, a turned wheel, a
-    /// touch that began or ended is about to be handled.
+    /// From a wrapper: a pressed or released button, a released key other than a modifier, a turned wheel,
+    /// a touch that began or ended, something dropped is about to be handled.
     void inputHandled();
 
 public slots:

@@ -144,7 +144,7 @@ std::optional<VoidResult> Hook::clickIfReady(const QVariant &target, int clicks,
     const auto flush = qScopeGuard([suppressed] { nativeInterfaceOrRefusal().supressFlush(suppressed); });
     Wrapper *const wrapper = Hook::hook == this ? wrapperForObject(object) : nullptr;
     if (!wrapper)
-        return VoidResult::failure(QStringLiteral("The application has let go of its objects"));
+        return std::nullopt;
     const Wrapper::ObjectPoint point { isPointGiven, x, y, Wrapper::ObjectPoint::NoScreen };
     const auto pressed = static_cast<MouseButton::Value>(button);
     return clicks == 2 ? wrapper->doubleClick(object, point, pressed, modifiers)

@@ -59,7 +59,8 @@ bool DeflatingDevice::run(int flush)
         code = deflate(&m_zlib, flush);
         m_length += room - m_zlib.avail_out;
     } while (code == Z_OK && m_zlib.avail_out == 0);
-    return code == (flush == Z_FINISH ? Z_STREAM_END : Z_OK) || code == Z_BUF_ERROR;
+    // The output may have been full just when nothing was left.
+    return flush == Z_FINISH ? code == Z_STREAM_END : code == Z_OK || code == Z_BUF_ERROR;
 }
 
 QByteArray DeflatingDevice::finish()
